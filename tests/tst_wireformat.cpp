@@ -1,0 +1,113 @@
+#include "link/CommandCatalogue.h"
+#include "link/WireFormat.h"
+
+#include <QtTest>
+
+using namespace velora;
+
+class TestWireFormat : public QObject {
+    Q_OBJECT
+private slots:
+    void hexToLong_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("four digits are signed") << "FFFF" << -1;
+        QTest::newRow("7FFF") << "7FFF" << 32767;
+        QTest::newRow("8000") << "8000" << -32768;
+        QTest::newRow("five digits with zero top half") << "0FFFF" << 65535;
+        QTest::newRow("eight digits two's complement") << "FFFFFF9C" << -100;
+        QTest::newRow("eight F") << "FFFFFFFF" << -1;
+        QTest::newRow("six digits") << "12345" << 0x12345;
+        QTest::newRow("nine digits") << "000000064" << 0;
+        QTest::newRow("empty") << "" << 0;
+        QTest::newRow("not hex") << "G1" << 0;
+        QTest::newRow("stops at non-hex") << "1G" << 1;
+        QTest::newRow("lower case") << "ff9c" << -100;
+        QTest::newRow("PR reply value") << "00000064" << 100;
+    }
+    void hexToLong() {
+        QFETCH(QString, text);
+        QFETCH(int, expected);
+        QCOMPARE(HexToLong(text), expected);
+    }
+
+    void hexToLong32_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("four digits are unsigned") << "FFFF" << 65535;
+        QTest::newRow("keeps the last eight of nine") << "1FFFFFFFF" << -1;
+        QTest::newRow("negative") << "FFFFFF9C" << -100;
+        QTest::newRow("upper half zero") << "0000FFFF" << 65535;
+        QTest::newRow("empty") << "" << 0;
+    }
+    void hexToLong32() {
+        QFETCH(QString, text);
+        QFETCH(int, expected);
+        QCOMPARE(HexToLong32(text), expected);
+    }
+
+    void hexWriters() {
+        QCOMPARE(hex32(100), QStringLiteral("64"));
+        QCOMPARE(hex32(-100), QStringLiteral("FFFFFF9C"));
+        QCOMPARE(hex32(0), QStringLiteral("0"));
+        QCOMPARE(hex16(-1), QStringLiteral("FFFF"));
+        QCOMPARE(hex16(-100), QStringLiteral("FF9C"));
+        QCOMPARE(hex16(255), QStringLiteral("FF"));
+        // What is written reads back the same.
+        for (const int value : {-32768, -1, 0, 1, 32767})
+            QCOMPARE(HexToLong(hex16(value)), value);
+        for (const int value : {-2000000000, -100, 100, 2000000000}) {
+            QCOMPARE(HexToLong(hex32(value)), value);
+        }
+    }
+
+    void framing() {
+        QCOMPARE(wire::buildFrame(QStringLiteral("1PR5")), QByteArray("\x02"
+                                                                      "1PR5"
+                                                                      "\x04"));
+        QCOMPARE(wire::buildFrame(QString(30, QLatin1Char('A'))).size(), 32);
+        QCOMPARE(wire::axisCharacter(0), QLatin1Char('0'));
+        QCOMPARE(wire::axisCharacter(10), QLatin1Char('A'));
+        QCOMPARE(wire::axisCharacter(15), QLatin1Char('F'));
+        QCOMPARE(wire::codeOf(QStringLiteral("1PW5;64")), QStringLiteral("PW"));
+    }
+
+    void commandTextChecks() {
+        QCOMPARE(wire::checkCommandText(QString(30, QLatin1Char('A'))), wire::TextCheck::Ok);
+        QCOMPARE(wire::checkCommandText(QString(31, QLatin1Char('A'))), wire::TextCheck::TooLong);
+        QCOMPARE(wire::checkCommandText(QStringLiteral("1PW\x03")), wire::TextCheck::BadCharacter);
+        QCOMPARE(wire::checkCommandText(QStringLiteral("1SO\u00E9")),
+                 wire::TextCheck::BadCharacter);
+    }
+
+    void pollingCodesAndBroadcast() {
+        for (const char* code : {"ma", "pa", "wm", "wd", "ta", "ca"}) {
+            QVERIFY2(wire::isPollingCode(QLatin1String(code)), code);
+        }
+        for (const char* code : {"PR", "SO", "ER", "AD", "za", "a"}) {
+            QVERIFY2(!wire::isPollingCode(QLatin1String(code)), code);
+        }
+        QVERIFY(wire::isBroadcast(QStringLiteral("FSO"), 0));
+        QVERIFY(wire::isBroadcast(QStringLiteral("fSO"), 0));
+        QVERIFY(wire::isBroadcast(QStringLiteral("1SO"), 15));
+        QVERIFY(!wire::isBroadcast(QStringLiteral("ESO"), 14));
+    }
+
+    void commandCatalogue() {
+        QVERIFY(!commands::isSupervised(QStringLiteral("ma")));
+        QVERIFY(!commands::isSupervised(QStringLiteral("RT")));
+        QVERIFY(commands::isSupervised(QStringLiteral("wm")));
+        QVERIFY(commands::isSupervised(QStringLiteral("SO")));
+        QVERIFY(!commands::locksUi(QStringLiteral("wm")));
+        QVERIFY(commands::locksUi(QStringLiteral("wt")));
+        QVERIFY(commands::isReadAll(QStringLiteral("ca")));
+        QVERIFY(!commands::isReadAll(QStringLiteral("PR")));
+        QVERIFY(commands::isWriteReply(QStringLiteral("QT")));
+        QVERIFY(!commands::isWriteReply(QStringLiteral("QR")));
+        QVERIFY(commands::isRoutedReply(QStringLiteral("ER")));
+        QVERIFY(!commands::isRoutedReply(QStringLiteral("SO")));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestWireFormat)
+#include "tst_wireformat.moc"
