@@ -1,0 +1,28 @@
+#include "link/Rs232Transport.h"
+
+#include "link/ReplyAssembly.h"
+#include "shared/LinkState.h"
+
+namespace velora {
+
+Rs232Transport::Rs232Transport(LinkState& state, QObject* parent)
+    : SerialPortTransport(state, parent) {
+}
+
+bool Rs232Transport::send(const QByteArray& frame) {
+    // The port buffers the frame and writes it from the event loop; a frame lost on the line
+    // shows up as a missing reply, which the supervision re-sends.
+    return port().write(frame) == frame.size();
+}
+
+void Rs232Transport::readAvailable() {
+    const QByteArray bytes = port().readAll();
+    if (discardsInput())
+        return;
+    for (const char c : bytes) {
+        if (auto reply = assembly::feedCharacter(state().ReceiveBuffer, c))
+            deliver(*reply);
+    }
+}
+
+}  // namespace velora

@@ -1,0 +1,66 @@
+#include "link/SerialPortTransport.h"
+
+#include "link/WireFormat.h"
+#include "shared/LinkState.h"
+
+namespace velora {
+
+SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
+    : Transport(state, parent) {
+    connect(&port_, &QSerialPort::readyRead, this, &SerialPortTransport::readAvailable);
+}
+
+OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
+    close();
+    port_.setPortName(device);
+    OpenResult result;
+    result.device = device;
+    if (!port_.open(QIODevice::ReadWrite)) {
+        result.reason = port_.errorString();
+        return result;
+    }
+    if (!port_.setBaudRate(baudRate) || !configureFrame()) {
+        result.reason = port_.errorString();
+        port_.close();
+        return result;
+    }
+    result.ok = true;
+    return result;
+}
+
+bool SerialPortTransport::configureFrame() {
+    // Every setting is tried, so one refusal does not leave the others at the port's defaults.
+    bool set = port_.setParity(QSerialPort::EvenParity);
+    set = port_.setDataBits(QSerialPort::Data8) && set;
+    set = port_.setStopBits(QSerialPort::OneStop) && set;
+    set = port_.setFlowControl(QSerialPort::NoFlowControl) && set;
+    if (set)
+        return true;
+    // Some kernels refuse parity on pseudo-terminals; there is no wire whose framing could
+    // matter, so the simulated line is used as it is.
+    if (port_.portName().startsWith(QLatin1String("/dev/pts/")) ||
+        port_.portName().startsWith(QLatin1String("pts/"))) {
+        port_.clearError();
+        return true;
+    }
+    return false;
+}
+
+void SerialPortTransport::close() {
+    if (port_.isOpen())
+        port_.close();
+}
+
+bool SerialPortTransport::isOpen() const {
+    return port_.isOpen();
+}
+
+bool SerialPortTransport::discardsInput() const {
+    return state().AxisNumber == wire::AllAxes;
+}
+
+void SerialPortTransport::deliver(const QByteArray& text) {
+    emit replyReceived(QString::fromLatin1(text));
+}
+
+}  // namespace velora
