@@ -1,0 +1,125 @@
+#include "link/CommandSender.h"
+
+#include "app/TextCatalogue.h"
+#include "link/CommandCatalogue.h"
+#include "link/LinkEngine.h"
+#include "link/LinkUi.h"
+#include "link/WireFormat.h"
+#include "shared/LinkState.h"
+#include "shared/Rounding.h"
+
+namespace velora {
+
+void CommandSender::SendCommand(const QString& text) {
+    if (text.isEmpty())
+        return;
+    LinkState& s = engine_.state();
+    if (wire::checkCommandText(text) != wire::TextCheck::Ok) {
+        refuse(text);
+        return;
+    }
+    const QString code = wire::codeOf(text);
+    const bool broadcast = wire::isBroadcast(text, s.AxisNumber);
+
+    if (commands::locksUi(code) && !broadcast)
+        engine_.EnableControls(false);
+
+    if (s.AxisNumber == wire::AllAxes) {
+        s.AwaitingReply = false;
+        // No reply will come to enable anything again.
+        engine_.DisableTransferButtons();
+    } else if (broadcast || !commands::isSupervised(code)) {
+        s.AwaitingReply = false;
+    } else {
+        // While an alarm is pending the drive may not answer; nothing is re-sent then.
+        s.AwaitingReply = !s.AlarmSeen;
+    }
+
+    s.LastCode = code;
+    s.RetryCount = 0;
+    s.TickCount = 0;
+    s.LastCommand = text;
+
+    if (!wire::isPollingCode(code)) {
+        engine_.ui().setComText(0, text);
+        engine_.ui().setComText(1, QString());
+    } else if (s.EchoPolls) {
+        engine_.ui().setComText(0, text);
+    }
+    engine_.SendByteData(text);
+}
+
+void CommandSender::PostCommand(const QString& text) {
+    LinkState& s = engine_.state();
+    s.QueuedCommand = text;
+    if (s.RealTimeMonitor)
+        return;  // leaves with the next slot of the monitor chain
+    const QString now = s.QueuedCommand;
+    s.QueuedCommand.clear();
+    SendCommand(now);
+}
+
+int CommandSender::waitLimit() const {
+    const LinkState& s = engine_.state();
+    if (!commands::isReadAll(s.LastCode))
+        return 1;
+    // About two seconds for the one long reply of a read-all.
+    return static_cast<int>(roundHalfEven(2000.0 / engine_.pollIntervalMs()));
+}
+
+bool CommandSender::supervise() {
+    LinkState& s = engine_.state();
+    if (s.Searching && s.TickCount >= 1 && portSearchStep_) {
+        portSearchStep_();
+        return true;
+    }
+    if (s.RetryCount >= MaxResends) {
+        communicationFailure();
+    } else if (s.TickCount < waitLimit()) {
+        ++s.TickCount;
+    } else {
+        ++s.RetryCount;
+        s.TickCount = 0;
+        engine_.SendByteData(s.LastCommand);
+    }
+    return false;
+}
+
+void CommandSender::communicationFailure() {
+    LinkState& s = engine_.state();
+    engine_.pauseTimer1();
+    if (s.BusyDialogShown)
+        engine_.HideDialog();
+    const bool retry = engine_.askRetry(TextCatalogue::text(s.LanguageId, 1704),
+                                        TextCatalogue::text(s.LanguageId, 1705));
+    if (retry) {
+        s.RetryCount = 0;
+        s.TickCount = 0;
+        if (s.ParamTransferActive || s.PointTransferActive || s.ComTableTransferActive) {
+            engine_.ShowBusyDialog();
+        }
+        engine_.SendByteData(s.LastCommand);
+    } else {
+        s.AwaitingReply = false;
+        s.ParamTransferActive = false;
+        s.PointTransferActive = false;
+        s.ComTableTransferActive = false;
+        engine_.resetWaveDisplay();
+        engine_.EnableControls(true);
+        if (engine_.transport())
+            engine_.transport()->setTransmitEnable(false);
+    }
+    engine_.resumeTimer1();
+}
+
+void CommandSender::refuse(const QString& text) {
+    // A frame holds at most 30 printable characters; cutting the text would send another
+    // command than the user wrote, so it is not sent at all.
+    const LinkState& s = engine_.state();
+    const QString detail =
+        QStringLiteral("%1\n(%2 / %3)").arg(text).arg(text.size()).arg(wire::MaxCommandLength);
+    engine_.showError(TextCatalogue::text(s.LanguageId, 1800) + QLatin1Char('\n') + detail,
+                      TextCatalogue::text(s.LanguageId, 1799));
+}
+
+}  // namespace velora

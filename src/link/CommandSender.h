@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace velora {
+
+class LinkEngine;
+
+// The one way commands leave: SendCommand sends now, PostCommand waits for the next free slot of
+// the monitor chain. Also the reply supervision that each polling tick runs while a supervised
+// command is outstanding: re-sends, and the Retry/Cancel question after the fifth.
+class CommandSender {
+public:
+    explicit CommandSender(LinkEngine& engine) : engine_(engine) {}
+
+    void SendCommand(const QString& text);
+    void PostCommand(const QString& text);
+
+    // One tick of supervision. Returns true when the tick was spent on a port search step.
+    bool supervise();
+    // Ticks a command may wait for its reply before it is re-sent.
+    [[nodiscard]] int waitLimit() const;
+
+    // The port search runs one step per tick while its probe is unanswered.
+    void setPortSearchStep(std::function<void()> step) { portSearchStep_ = std::move(step); }
+
+    static constexpr int MaxResends = 5;
+
+private:
+    // A text that cannot travel in one frame is refused with a message, never cut.
+    void refuse(const QString& text);
+    void communicationFailure();
+
+    LinkEngine& engine_;
+    std::function<void()> portSearchStep_;
+};
+
+}  // namespace velora

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+#include <functional>
+
+namespace velora {
+
+class LinkEngine;
+
+// What a reply handler made of its reply. Malformed (a field that is not a number, an index
+// outside its table) makes the dispatcher ask the user whether to retry the command.
+enum class ReplyStatus { Handled, Malformed };
+
+// Routes each complete reply by its two-letter code to the handler its family registered, turns
+// error replies into messages and treats every other reply as an acknowledgement.
+class ReplyDispatcher {
+public:
+    // Receives the whole reply text: axis character, code, data.
+    using Handler = std::function<ReplyStatus(const QString& text)>;
+
+    explicit ReplyDispatcher(LinkEngine& engine) : engine_(engine) {}
+
+    // One handler per code; a later registration replaces an earlier one.
+    void registerHandler(const QString& code, Handler handler);
+    void unregisterHandler(const QString& code);
+
+    void DispatchReply(const QString& text);
+    void ErrorReply(const QString& text);
+    // The reason line for a command the drive could not carry out, from its last status word.
+    [[nodiscard]] QString ExecutionFailureDetail() const;
+    // The failure for a reply that cannot be processed: Retry re-sends the last command, Cancel
+    // switches the real-time monitor off.
+    void malformedReply();
+
+private:
+    [[nodiscard]] ReplyStatus route(const QString& code, const QString& text);
+
+    LinkEngine& engine_;
+    QHash<QString, Handler> handlers_;
+};
+
+}  // namespace velora

@@ -1,0 +1,248 @@
+#include "app/TextCatalogue.h"
+#include "link/ReplyDispatcher.h"
+#include "support/LinkRig.h"
+
+#include <QtTest>
+
+using namespace velora;
+using velora::test::LinkRig;
+
+namespace {
+QString en(int id) {
+    return TextCatalogue::text(0, id);
+}
+}  // namespace
+
+// Sending, supervision and the failure question.
+class TestLinkEngine : public QObject {
+    Q_OBJECT
+private slots:
+    void startSendsFirstPollAndLocksUntilReply() {
+        LinkState state;
+        state.AxisNumber = 2;
+        test::FakeLinkUi ui;
+        LinkEngine engine(state, ui, LinkEngine::Ticks::Manual);
+        auto owned = std::make_unique<test::FakeTransport>(state, BackEnd::Rs232);
+        auto* port = owned.get();
+        engine.setTransport(std::move(owned));
+        engine.start(250);
+        QVERIFY(state.PortOpen);
+        QCOMPARE(port->sentTexts(), QStringList{"2ma"});
+        QCOMPARE(ui.consoleDisabled, 1);  // the first reply enables the controls
+        QVERIFY(engine.timer1Active());
+    }
+
+    void emptyTextChangesNothing() {
+        LinkRig rig;
+        rig.state.LastCommand = QStringLiteral("1PR5");
+        rig.engine.SendCommand(QString());
+        QVERIFY(rig.sent().isEmpty());
+        QCOMPARE(rig.state.LastCommand, QStringLiteral("1PR5"));
+    }
+
+    void supervisionAndLocking_data() {
+        QTest::addColumn<int>("axis");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("supervised");
+        QTest::addColumn<bool>("locks");
+        QTest::newRow("operating command") << 1 << "1SO" << true << true;
+        QTest::newRow("reset") << 1 << "1RT" << false << false;
+        QTest::newRow("poll") << 1 << "1ma" << false << false;
+        QTest::newRow("wave start") << 1 << "1wm" << true << false;
+        QTest::newRow("all axes by text") << 1 << "FSO" << false << false;
+        QTest::newRow("all axes configured") << 15 << "FSO" << false << false;
+    }
+    void supervisionAndLocking() {
+        QFETCH(int, axis);
+        QFETCH(QString, text);
+        QFETCH(bool, supervised);
+        QFETCH(bool, locks);
+        LinkRig rig;
+        rig.state.AxisNumber = axis;
+        rig.engine.SendCommand(text);
+        QCOMPARE(rig.state.AwaitingReply, supervised);
+        QCOMPARE(rig.ui.controlsEnabled, !locks);
+        QCOMPARE(rig.ui.transferButtonsDisabled, axis == 15 ? 1 : 0);
+        QCOMPARE(rig.state.LastCode, text.mid(1, 2));
+        QCOMPARE(rig.sent(), QStringList{text});
+    }
+
+    void pendingAlarmSendsUnsupervised() {
+        LinkRig rig;
+        rig.state.AlarmSeen = true;
+        rig.engine.SendCommand(QStringLiteral("1AR"));
+        QVERIFY(!rig.state.AwaitingReply);
+    }
+
+    void consoleEcho() {
+        LinkRig rig;
+        rig.ui.comText[1] = QStringLiteral("old reply");
+        rig.engine.SendCommand(QStringLiteral("1SO"));
+        QCOMPARE(rig.ui.comText[0], QStringLiteral("1SO"));
+        QVERIFY(rig.ui.comText[1].isEmpty());
+        rig.engine.SendCommand(QStringLiteral("1ma"));
+        QCOMPARE(rig.ui.comText[0], QStringLiteral("1SO"));  // polls stay quiet
+        rig.engine.polling().echoSwitch(Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
+        rig.engine.SendCommand(QStringLiteral("1ma"));
+        QCOMPARE(rig.ui.comText[0], QStringLiteral("1ma"));
+    }
+
+    void echoSwitchNeedsExactGesture() {
+        LinkRig rig;
+        auto& polling = rig.engine.polling();
+        polling.echoSwitch(Qt::LeftButton, Qt::ControlModifier | Qt::AltModifier);
+        polling.echoSwitch(Qt::MiddleButton, Qt::ControlModifier);
+        polling.echoSwitch(Qt::MiddleButton,
+                           Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier);
+        QVERIFY(!rig.state.EchoPolls);
+        polling.echoSwitch(Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(rig.state.EchoPolls);
+        rig.ui.comText[0] = QStringLiteral("1ma");
+        polling.echoSwitch(Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(!rig.state.EchoPolls);
+        QVERIFY(rig.ui.comText[0].isEmpty());
+    }
+
+    void overlongOrUnprintableTextIsRefused() {
+        LinkRig rig;
+        const QString longText = QStringLiteral("1PW") + QString(28, QLatin1Char('1'));
+        rig.engine.SendCommand(longText);
+        QVERIFY(rig.sent().isEmpty());
+        QVERIFY(!rig.state.AwaitingReply);
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QVERIFY(rig.ui.messages[0].text.startsWith(en(1800)));
+        QVERIFY(rig.ui.messages[0].text.contains(QStringLiteral("(31 / 30)")));
+        QVERIFY(!rig.ui.messages[0].timer1ActiveWhileOpen);
+        QVERIFY(rig.engine.timer1Active());
+        rig.engine.SendCommand(QStringLiteral("1SO\u3042"));
+        QVERIFY(rig.sent().isEmpty());
+        QCOMPARE(rig.ui.messages.size(), 2);
+    }
+
+    void transmitTimeArmsTimer2() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("1PR77"));  // 8 characters on the line
+        QCOMPARE(rig.state.TransmitTimeMs, 8);            // 8.33 ms at 9600 baud
+        QVERIFY(rig.engine.timer2Armed());
+        QCOMPARE(rig.engine.timer2IntervalMs(), 18);
+        rig.state.BaudRate = QStringLiteral("115200");
+        rig.engine.SendCommand(QString(30, QLatin1Char('1')));  // 33 x 10 bits = 2.86 ms
+        QCOMPARE(rig.state.TransmitTimeMs, 3);
+        rig.engine.endOfTransmission();
+        QVERIFY(!rig.engine.timer2Armed());
+        QCOMPARE(rig.port->transmissionsDone, 1);
+        QVERIFY(rig.ui.messages.isEmpty());
+    }
+
+    void broadcastIsAnnouncedAndNeverResent() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("FSO"));
+        rig.engine.endOfTransmission();
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("notice"));
+        QCOMPARE(rig.ui.messages[0].text, en(1716) + QLatin1Char('\n') + en(1717));
+        QCOMPARE(rig.ui.messages[0].caption, en(1718));
+        rig.state.RealTimeMonitor = false;
+        rig.ticks(20);
+        QCOMPARE(rig.sent(), QStringList{"FSO"});
+    }
+
+    void resendTiming_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("interval");
+        QTest::addColumn<int>("firstResendTick");
+        QTest::newRow("ordinary") << "1PR5" << 250 << 2;
+        QTest::newRow("read-all") << "1pa" << 250 << 9;
+        QTest::newRow("read-all, 200 ms") << "1ta" << 200 << 11;
+        QTest::newRow("read-all, 2000 ms") << "1ca" << 2000 << 2;
+    }
+    void resendTiming() {
+        QFETCH(QString, text);
+        QFETCH(int, interval);
+        QFETCH(int, firstResendTick);
+        LinkRig rig;
+        rig.engine.setPollIntervalMs(interval);
+        rig.engine.SendCommand(text);
+        rig.ticks(firstResendTick - 1);
+        QCOMPARE(rig.sent().size(), 1);
+        rig.ticks(1);
+        QCOMPARE(rig.sent(), (QStringList{text, text}));
+        QCOMPARE(rig.state.RetryCount, 1);
+    }
+
+    void failureQuestionAfterFifthResend() {
+        LinkRig rig;
+        rig.state.ParamTransferActive = true;
+        rig.engine.ShowBusyDialog();
+        rig.engine.SendCommand(QStringLiteral("1PR5"));
+        rig.ticks(10);  // five re-sends, one every second tick
+        QCOMPARE(rig.sent().size(), 6);
+        QVERIFY(rig.ui.messages.isEmpty());
+        rig.ui.answerRetry = true;
+        rig.ticks(1);
+        QCOMPARE(rig.ui.messages.size(), 1);
+        const auto& question = rig.ui.messages[0];
+        QCOMPARE(question.kind, QStringLiteral("retry"));
+        QCOMPARE(question.text, en(1704));
+        QCOMPARE(question.caption, en(1705));
+        QVERIFY(!question.timer1ActiveWhileOpen);
+        // Retry: sent again at once, counters restart, the busy dialog comes back.
+        QCOMPARE(rig.sent().size(), 7);
+        QCOMPARE(rig.state.RetryCount, 0);
+        QCOMPARE(rig.state.TickCount, 0);
+        QVERIFY(rig.ui.busyDialogShown);
+        QVERIFY(rig.state.AwaitingReply);
+        QVERIFY(rig.engine.timer1Active());
+    }
+
+    void failureCancelUnlocks() {
+        LinkRig rig(BackEnd::UsbSerial);
+        rig.state.PointTransferActive = true;
+        rig.state.WaveState = 1;
+        rig.ui.readingShown = true;
+        rig.engine.ShowBusyDialog();
+        rig.engine.SendCommand(QStringLiteral("1TR3"));
+        rig.ui.answerRetry = false;
+        rig.ticks(11);
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QVERIFY(!rig.state.AwaitingReply);
+        QVERIFY(!rig.state.PointTransferActive);
+        QVERIFY(!rig.ui.busyDialogShown);
+        QVERIFY(!rig.state.BusyDialogShown);
+        QCOMPARE(rig.state.WaveState, 0);
+        QVERIFY(!rig.ui.readingShown);
+        QVERIFY(rig.ui.wavePanelEnabled);
+        QVERIFY(rig.ui.controlsEnabled);
+        QVERIFY(!rig.port->transmitEnable);
+        rig.ticks(4);
+        QCOMPARE(rig.ui.messages.size(), 1);  // asked once only
+    }
+
+    void failedUsbSendIsSilentAndResent() {
+        LinkRig rig(BackEnd::UsbSerial);
+        rig.state.WaveState = 1;
+        rig.port->failSends = true;
+        rig.engine.SendCommand(QStringLiteral("1wt0;1"));
+        QVERIFY(!rig.engine.timer2Armed());
+        QCOMPARE(rig.state.WaveState, 0);
+        QVERIFY(rig.ui.messages.isEmpty());
+        rig.port->failSends = false;
+        rig.ticks(2);
+        QCOMPARE(rig.sent(), QStringList{"1wt0;1"});
+    }
+
+    void postCommand() {
+        LinkRig rig;  // real-time monitor on: waits for the slot
+        rig.engine.PostCommand(QStringLiteral("1PR5"));
+        rig.engine.PostCommand(QStringLiteral("1PR6"));
+        QVERIFY(rig.sent().isEmpty());
+        QCOMPARE(rig.state.QueuedCommand, QStringLiteral("1PR6"));
+        rig.state.RealTimeMonitor = false;
+        rig.engine.PostCommand(QStringLiteral("1PR7"));
+        QCOMPARE(rig.sent(), QStringList{"1PR7"});
+        QVERIFY(rig.state.QueuedCommand.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLinkEngine)
+#include "tst_linkengine.moc"

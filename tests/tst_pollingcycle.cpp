@@ -1,0 +1,170 @@
+#include "app/TextCatalogue.h"
+#include "link/PollingCycle.h"
+#include "support/LinkRig.h"
+
+#include <QtTest>
+
+using namespace velora;
+using velora::test::LinkRig;
+
+// The polling timer's slots, link loss and the wave progress display.
+class TestPollingCycle : public QObject {
+    Q_OBJECT
+private slots:
+    void slotEverySecondTick() {
+        LinkRig rig;
+        rig.ticks(1);
+        QVERIFY(rig.sent().isEmpty());
+        rig.ticks(1);
+        QCOMPARE(rig.sent(), QStringList{"1ma"});
+        rig.port->reply(QStringLiteral("1ma0"));
+        rig.ticks(4);
+        QCOMPARE(rig.sent().size(), 3);
+        QVERIFY(rig.ui.clockUpdates >= 6);
+    }
+
+    void queuedCommandTakesTheSlot() {
+        LinkRig rig;
+        rig.engine.PostCommand(QStringLiteral("1HC"));
+        rig.ticks(2);
+        QCOMPARE(rig.sent(), QStringList{"1HC"});
+        QVERIFY(rig.state.QueuedCommand.isEmpty());
+        QCOMPARE(rig.state.MissedPolls, 0);  // a command slot is no poll
+    }
+
+    void nothingToSend_data() {
+        QTest::addColumn<bool>("online");
+        QTest::addColumn<bool>("monitor");
+        QTest::addColumn<int>("axis");
+        QTest::addColumn<int>("waveState");
+        QTest::newRow("offline") << false << true << 1 << 0;
+        QTest::newRow("monitor off") << true << false << 1 << 0;
+        QTest::newRow("all axes") << true << true << 15 << 0;
+        QTest::newRow("wave capture") << true << true << 1 << 1;
+    }
+    void nothingToSend() {
+        QFETCH(bool, online);
+        QFETCH(bool, monitor);
+        QFETCH(int, axis);
+        QFETCH(int, waveState);
+        LinkRig rig;
+        rig.state.Online = online;
+        rig.state.RealTimeMonitor = monitor;
+        rig.state.AxisNumber = axis;
+        rig.state.WaveState = waveState;
+        rig.state.MonitorRunning = true;
+        rig.ticks(8);
+        QVERIFY(rig.sent().isEmpty());
+        QCOMPARE(rig.ui.comLive, online && monitor);
+        QVERIFY(rig.ui.clockUpdates >= 8);
+    }
+
+    void allAxesStillSendQueuedCommands() {
+        LinkRig rig;
+        rig.state.AxisNumber = 15;
+        rig.engine.PostCommand(QStringLiteral("FSO"));
+        rig.ticks(2);
+        QCOMPARE(rig.sent(), QStringList{"FSO"});
+    }
+
+    void comIndicatorFollowsMonitor() {
+        LinkRig rig;
+        rig.state.MonitorRunning = true;
+        rig.ticks(1);
+        QVERIFY(rig.ui.comLive);
+        rig.state.RealTimeMonitor = false;
+        rig.ticks(1);
+        QVERIFY(!rig.ui.comLive);
+        QVERIFY(!rig.state.MonitorRunning);  // follows the option on the same tick
+    }
+
+    void linkLostAfterFourthUnansweredPoll() {
+        LinkRig rig;
+        rig.state.MonitorRunning = true;
+        rig.state.AlarmSeen = true;
+        rig.ui.comText[0] = QStringLiteral("1AD");
+        const int consoleBefore = rig.ui.consoleDisabled;
+        rig.ticks(6);  // three unanswered polls
+        QCOMPARE(rig.sent().size(), 3);
+        QCOMPARE(rig.ui.consoleDisabled, consoleBefore);
+        QVERIFY(rig.state.MonitorRunning);
+        rig.ticks(2);
+        QCOMPARE(rig.state.MissedPolls, 3);
+        QVERIFY(!rig.state.MonitorRunning);
+        QCOMPARE(rig.ui.consoleDisabled, consoleBefore + 1);
+        QVERIFY(rig.ui.transferButtonsDisabled > 0);
+        QVERIFY(!rig.state.AlarmSeen);
+        QVERIFY(rig.ui.controlsEnabled);
+        QVERIFY(rig.ui.comText[0].isEmpty());
+        rig.ticks(1);
+        QVERIFY(!rig.ui.comLive);
+        // Any reply brings the count back.
+        rig.port->reply(QStringLiteral("1ma0"));
+        QCOMPARE(rig.state.MissedPolls, 0);
+    }
+
+    void outstandingCommandSuspendsSlots() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("1pa"));
+        rig.ticks(8);
+        QCOMPARE(rig.sent(), QStringList{"1pa"});
+    }
+
+    void portSearchStepTakesTheTick() {
+        LinkRig rig;
+        int steps = 0;
+        rig.engine.sender().setPortSearchStep([&] { ++steps; });
+        rig.state.Searching = true;
+        rig.engine.SendCommand(QStringLiteral("1PR77"));
+        rig.ticks(1);
+        QCOMPARE(steps, 0);
+        rig.ticks(3);
+        QCOMPARE(steps, 3);
+        QCOMPARE(rig.sent().size(), 1);  // never re-sent while searching
+    }
+
+    void waveProgress_data() {
+        QTest::addColumn<int>("backEnd");
+        QTest::addColumn<int>("language");
+        QTest::addColumn<QByteArray>("partial");
+        QTest::addColumn<QString>("marks");
+        const QByteArray record = QByteArray("1wd") + QByteArray(397, '0');
+        QTest::newRow("RS-232C, 400 characters")
+            << int(BackEnd::Rs232) << 0 << record << QStringLiteral("######");
+        QTest::newRow("USB keeps the STX")
+            << int(BackEnd::UsbSerial) << 0 << QByteArray("\x02") + record.left(93)
+            << QStringLiteral("####");
+        QTest::newRow("Japanese") << int(BackEnd::Rs232) << 1 << record.left(10)
+                                  << QStringLiteral("\u25A0");
+    }
+    void waveProgress() {
+        QFETCH(int, backEnd);
+        QFETCH(int, language);
+        QFETCH(QByteArray, partial);
+        QFETCH(QString, marks);
+        LinkRig rig(static_cast<BackEnd>(backEnd));
+        rig.state.LanguageId = language;
+        rig.state.WaveState = 2;
+        rig.ui.readingShown = true;
+        rig.state.ReceiveBuffer = partial;
+        rig.ticks(1);
+        QCOMPARE(rig.ui.waveMarks, marks);
+        QCOMPARE(rig.ui.waveLabel, TextCatalogue::text(language, 1340));
+        QCOMPARE(rig.state.WaveState, 3);
+        QVERIFY(!rig.ui.controlsEnabled);
+        QVERIFY(!rig.ui.waveCancelEnabled);
+    }
+
+    void waveProgressIgnoresOtherReplies() {
+        LinkRig rig;
+        rig.state.WaveState = 2;
+        rig.ui.readingShown = true;
+        rig.state.ReceiveBuffer = "1ma00";
+        rig.ticks(1);
+        QVERIFY(rig.ui.waveMarks.isEmpty());
+        QCOMPARE(rig.state.WaveState, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPollingCycle)
+#include "tst_pollingcycle.moc"

@@ -1,0 +1,202 @@
+#include "app/TextCatalogue.h"
+#include "link/ReplyDispatcher.h"
+#include "support/LinkRig.h"
+
+#include <QtTest>
+
+using namespace velora;
+using velora::test::LinkRig;
+
+namespace {
+QString en(int id) {
+    return TextCatalogue::text(0, id);
+}
+constexpr quint32 kServoOn = 1U << 0;
+constexpr quint32 kAlarm = 1U << 1;
+constexpr quint32 kEmergencyStop = 1U << 2;
+constexpr quint32 kPointTableRunning = 1U << 13;
+constexpr quint32 kZeroReturnDone = 1U << 15;
+}  // namespace
+
+// Routing of replies, error replies and the malformed-reply failure.
+class TestReplyDispatch : public QObject {
+    Q_OBJECT
+private slots:
+    void acknowledgementUnlocksAndPollsAgain() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("1SO"));
+        QVERIFY(!rig.ui.controlsEnabled);
+        rig.port->reply(QStringLiteral("1SO"));
+        QVERIFY(rig.ui.controlsEnabled);
+        QVERIFY(!rig.state.AwaitingReply);
+        QCOMPARE(rig.ui.comText[1], QStringLiteral("1SO"));
+        QCOMPARE(rig.lastSent(), QStringLiteral("1ma"));
+    }
+
+    void acknowledgementWithoutMonitorOrDuringCaptureStaysQuiet() {
+        LinkRig rig(BackEnd::Rs232, false);
+        rig.port->reply(QStringLiteral("1SO"));
+        rig.state.RealTimeMonitor = true;
+        rig.state.WaveState = 1;
+        rig.port->reply(QStringLiteral("1SO"));
+        QVERIFY(rig.sent().isEmpty());
+    }
+
+    void writeRepliesKeepWindowsLocked() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("1PW5;64"));
+        rig.port->reply(QStringLiteral("1PW"));
+        QVERIFY(!rig.ui.controlsEnabled);
+        QVERIFY(!rig.state.AwaitingReply);
+        rig.port->reply(QStringLiteral("1PR00000064"));
+        QVERIFY(rig.ui.controlsEnabled);
+    }
+
+    void routesToRegisteredHandlers() {
+        LinkRig rig;
+        QStringList seen;
+        rig.engine.dispatcher().registerHandler(QStringLiteral("PR"), [&](const QString& text) {
+            seen.append(text);
+            return ReplyStatus::Handled;
+        });
+        rig.state.MissedPolls = 2;
+        rig.state.ReceiveBuffer = "1PR0";
+        rig.port->reply(QStringLiteral("1PR00000064"));
+        QCOMPARE(seen, QStringList{"1PR00000064"});
+        QCOMPARE(rig.state.ReplyCode, QStringLiteral("PR"));
+        QCOMPARE(rig.state.MissedPolls, 0);
+        QVERIFY(rig.state.ReceiveBuffer.isEmpty());
+        // A known family without a handler takes the reply without polling again.
+        rig.port->reply(QStringLiteral("1AR"));
+        QVERIFY(rig.sent().isEmpty());
+    }
+
+    void pollRepliesEchoOnlyWithSwitch() {
+        LinkRig rig;
+        rig.engine.dispatcher().registerHandler(
+            QStringLiteral("ma"), [](const QString&) { return ReplyStatus::Handled; });
+        rig.port->reply(QStringLiteral("1ma0000"));
+        QVERIFY(rig.ui.comText[1].isEmpty());
+        rig.state.EchoPolls = true;
+        rig.port->reply(QStringLiteral("1ma0000"));
+        QCOMPARE(rig.ui.comText[1], QStringLiteral("1ma0000"));
+    }
+
+    void errorReplies_data() {
+        QTest::addColumn<QString>("lastCommand");
+        QTest::addColumn<QString>("reply");
+        QTest::addColumn<quint32>("status");
+        QTest::addColumn<bool>("monitorFresh");
+        QTest::addColumn<QString>("message");
+        const QString e3 = en(1799) + QStringLiteral(" 3:\n") + en(1803);
+        QTest::newRow("class 0") << "1XX"
+                                 << "1ER0" << 0U << true
+                                 << en(1799) + QStringLiteral(" 0:\n") + en(1800);
+        QTest::newRow("class 1") << "1PW5;FFFF"
+                                 << "1ER1" << 0U << true
+                                 << en(1799) + QStringLiteral(" 1:\n") + en(1801);
+        QTest::newRow("class 2") << "1SP3"
+                                 << "1ER2" << 0U << true
+                                 << en(1799) + QStringLiteral(" 2:\n") + en(1802) +
+                                        QStringLiteral("\n\n") + en(1811);
+        QTest::newRow("SO in alarm") << "1SO"
+                                     << "1ER3" << (kAlarm | kEmergencyStop) << true
+                                     << e3 + QStringLiteral("\n\n") + en(1816);
+        QTest::newRow("SO in emergency stop")
+            << "1SO"
+            << "1ER3" << kEmergencyStop << true << e3 + QStringLiteral("\n\n") + en(1812);
+        QTest::newRow("jog in servo off")
+            << "1PJ"
+            << "1ER3" << 0U << true << e3 + QStringLiteral("\n\n") + en(1813);
+        QTest::newRow("start while table runs") << "1ON"
+                                                << "1ER3" << (kServoOn | kPointTableRunning) << true
+                                                << e3 + QStringLiteral("\n\n") + en(1814);
+        QTest::newRow("TP before zero return")
+            << "1TP"
+            << "1ER3" << kServoOn << true << e3 + QStringLiteral("\n\n") + en(1815);
+        QTest::newRow("TP after zero return") << "1TP"
+                                              << "1ER3" << kZeroReturnDone << true << e3;
+        QTest::newRow("RT in servo on")
+            << "1RT"
+            << "1ER3" << kServoOn << true << e3 + QStringLiteral("\n\n") + en(1817);
+        QTest::newRow("stale status gives no reason") << "1TP"
+                                                      << "1ER3" << 0U << false << e3;
+        QTest::newRow("other code") << "1NW"
+                                    << "1ER3" << 0U << true << e3;
+        QTest::newRow("class 7 is empty") << "1SO"
+                                          << "1ER7" << 0U << true << QString();
+    }
+    void errorReplies() {
+        QFETCH(QString, lastCommand);
+        QFETCH(QString, reply);
+        QFETCH(quint32, status);
+        QFETCH(bool, monitorFresh);
+        QFETCH(QString, message);
+        LinkRig rig;
+        rig.state.ServoStatus = status;
+        rig.state.MonitorRunning = monitorFresh;
+        rig.state.ParamTransferActive = true;
+        rig.engine.ShowBusyDialog();
+        rig.engine.SendCommand(lastCommand);
+        rig.port->reply(reply);
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("error"));
+        QCOMPARE(rig.ui.messages[0].text, message);
+        QCOMPARE(rig.ui.messages[0].caption, en(1799));
+        QVERIFY(!rig.ui.messages[0].timer1ActiveWhileOpen);
+        QVERIFY(rig.engine.timer1Active());
+        QVERIFY(!rig.state.ParamTransferActive);
+        QVERIFY(!rig.ui.busyDialogShown);
+        QVERIFY(rig.ui.controlsEnabled);
+        QCOMPARE(rig.lastSent(), QStringLiteral("1ma"));
+    }
+
+    void errorReplyPollsEvenWithMonitorOff() {
+        LinkRig rig(BackEnd::Rs232, false);
+        rig.port->reply(QStringLiteral("1ER0"));
+        QCOMPARE(rig.sent(), QStringList{"1ma"});
+    }
+
+    void malformedReplyRetry() {
+        LinkRig rig(BackEnd::UsbSerial);
+        rig.engine.dispatcher().registerHandler(
+            QStringLiteral("PR"), [](const QString&) { return ReplyStatus::Malformed; });
+        rig.engine.SendCommand(QStringLiteral("1PR5"));
+        rig.state.RetryCount = 3;
+        rig.ui.answerRetry = true;
+        rig.port->reply(QStringLiteral("1PRZZ"));
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].text, en(1704));
+        QVERIFY(!rig.ui.messages[0].timer1ActiveWhileOpen);
+        QCOMPARE(rig.port->spoolClears, 1);
+        QCOMPARE(rig.sent(), (QStringList{"1PR5", "1PR5"}));
+        QCOMPARE(rig.state.RetryCount, 0);
+        QVERIFY(rig.state.RealTimeMonitor);
+    }
+
+    void malformedReplyCancelStopsMonitor() {
+        LinkRig rig;
+        rig.engine.dispatcher().registerHandler(
+            QStringLiteral("ma"), [](const QString&) { return ReplyStatus::Malformed; });
+        rig.state.ParamTransferActive = true;
+        rig.state.WaveState = 2;
+        rig.port->reply(QStringLiteral("1maXYZ"));
+        QVERIFY(!rig.state.RealTimeMonitor);
+        QVERIFY(rig.ui.realTimeMonitorShownOff);
+        QCOMPARE(rig.state.WaveState, 0);
+        QVERIFY(rig.ui.controlsEnabled);
+        QVERIFY(rig.state.ParamTransferActive);  // transfers are left as they were
+        QVERIFY(rig.sent().isEmpty());
+        QVERIFY(rig.engine.timer1Active());
+    }
+
+    void errorReplyWithoutClassDigitIsMalformed() {
+        LinkRig rig;
+        rig.port->reply(QStringLiteral("1ER"));
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("retry"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestReplyDispatch)
+#include "tst_replydispatch.moc"
