@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
 
-#include "app/Global.h"
+#include "shared/Global.h"
 #include "app/TextCatalogue.h"
 
 #include <QFormLayout>

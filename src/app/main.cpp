@@ -1,4 +1,4 @@
-#include "app/Global.h"
+#include "shared/Global.h"
 #include "app/MainWindow.h"
 #include "link/LinkEngine.h"
 #include "sim/SimulatedLine.h"
