@@ -1,6 +1,8 @@
 #pragma once
 
+#include "shared/AlarmData.h"
 #include "shared/LinkState.h"
+#include "shared/ParamTables.h"
 
 namespace velora {
 
@@ -8,6 +10,8 @@ namespace velora {
 // mirrors join it as their subsystems arrive.
 struct Global {
     LinkState Link;
+    ParamTables Params;  // ParamValue, ParamMin/Max, ParamChanged, TuningPreset and their flags
+    AlarmData Alarms;
     // Interval of the polling timer in ms (setting "RetryTime").
     int RetryTime = 250;
 };
