@@ -4,6 +4,7 @@
 #include "LoopbackTransport.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyDispatcher.h"
+#include "monitor/RealTimeMonitor.h"
 #include "shared/Global.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
@@ -93,13 +94,12 @@ struct PacedLink {
 void monitorThroughput(int baudIndex) {
     PacedLink link(baudIndex);
     int exchanges = 0;
-    bool running = true;
-    link.engine.dispatcher().registerHandler(QStringLiteral("ma"), [&](const QString&) {
-        ++exchanges;
-        if (running)
-            link.engine.sendPoll();
-        return ReplyStatus::Handled;
-    });
+    LinkState& state = link.global.Link;
+    state.DriverVersion = 110;  // identified: the chain goes straight on with the next poll
+    state.MonitorRunning = true;
+    state.RealTimeMonitor = true;
+    RealTimeMonitor monitor(link.engine);
+    QObject::connect(&monitor, &RealTimeMonitor::snapshot, [&] { ++exchanges; });
     link.engine.sendPoll();
     QTest::qWait(300);  // settle
     const int before = exchanges;
@@ -108,7 +108,7 @@ void monitorThroughput(int baudIndex) {
     QTest::qWait(3000);
     const double seconds = timer.nsecsElapsed() / 1e9;
     const int counted = exchanges - before;
-    running = false;
+    state.RealTimeMonitor = false;  // the chain ends with the next reply
     QTest::qWait(200);
     const int characters = framed(QStringLiteral("0ma")) + framed(link.lastReply);
     const double limit = kBauds[baudIndex] / (kBitsPerCharacter * characters);
@@ -171,8 +171,8 @@ double threadCpuSeconds() {
     return static_cast<double>(now.tv_sec) + now.tv_nsec / 1e9;
 }
 
-// The engine's own work per monitor exchange: assembling the reply, dispatching it, building
-// and writing the next poll.
+// The engine's own work per monitor exchange: assembling the reply, dispatching it, decoding
+// the monitor values, building and writing the next poll.
 void engineCost() {
     Global global;
     test::FakeLinkUi ui;
@@ -180,10 +180,9 @@ void engineCost() {
     auto owned = std::make_unique<bench::LoopbackTransport>(global.Link);
     auto* port = owned.get();
     engine.setTransport(std::move(owned));
-    engine.dispatcher().registerHandler(QStringLiteral("ma"), [&](const QString&) {
-        engine.sendPoll();
-        return ReplyStatus::Handled;
-    });
+    global.Link.DriverVersion = 110;
+    global.Link.MonitorRunning = true;
+    RealTimeMonitor monitor(engine);  // decodes each reply and sends the next poll
     const QByteArray reply = QByteArray(
                                  "\x02"
                                  "0ma") +
