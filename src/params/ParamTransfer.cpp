@@ -64,6 +64,7 @@ bool ParamTransfer::chainRunning(Chain chain) const {
 }
 
 void ParamTransfer::start(Chain chain, const QString& command) {
+    emit chainStarted(chain);
     chain_ = chain;
     link_.ParamTransferActive = true;
     engine_.PostCommand(command);

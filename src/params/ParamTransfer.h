@@ -45,6 +45,8 @@ public:
     [[nodiscard]] QString writeCode() const;
 
 signals:
+    // A chain is about to send its first command.
+    void chainStarted(velora::ParamTransfer::Chain chain);
     // All 120 values were replaced and their marks cleared: every box shows its value anew and
     // turns white.
     void valuesRefreshed();

@@ -1,0 +1,301 @@
+#include "app/TextCatalogue.h"
+#include "params/ParamCatalogue.h"
+#include "params/ParamFile.h"
+#include "params/ParamTransfer.h"
+#include "shared/ParamTables.h"
+#include "support/LinkRig.h"
+
+#include <QDir>
+#include <QLocale>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/resource.h>
+#include <csignal>
+
+using namespace velora;
+
+namespace {
+
+QString en(int id) {
+    return TextCatalogue::text(0, id);
+}
+
+// A value inside the range of every parameter, different for most of them. 0..3 are those of
+// the example table: axis 1, command mode 0, resolution 0 of 1/1.
+qint32 sample(const ParamTables& t, int n) {
+    if (n < 4)
+        return n == 1 ? 0 : 1;
+    const auto i = static_cast<std::size_t>(n);
+    const qint64 span = qint64(t.ParamMax[i]) - t.ParamMin[i] + 1;
+    return static_cast<qint32>(t.ParamMin[i] + (qint64(n) * 7919 * 7919) % span);
+}
+
+QString readAllReply(const std::array<qint32, ParamTables::Count + 1>& values) {
+    QString text = QStringLiteral("1pa");
+    for (int n = 0; n < ParamTables::Count; ++n) {
+        text += QString::number(static_cast<quint32>(values[static_cast<std::size_t>(n)]), 16)
+                    .toUpper()
+                    .rightJustified(8, QLatin1Char('0')) +
+                QLatin1Char(',');
+    }
+    return text;
+}
+
+QByteArray fileText(const QByteArray& identification, const QList<QByteArray>& lines,
+                    const QByteArray& lineEnd = "\r\n") {
+    QByteArray text = identification + lineEnd;
+    for (const QByteArray& line : lines)
+        text += line + lineEnd;
+    return text;
+}
+
+struct Rig : test::LinkRig {
+    Rig() : LinkRig(BackEnd::Rs232, false) {
+        InitParamTables(tables);
+        QVERIFY(dir.isValid());
+    }
+    [[nodiscard]] QString path(const QString& name = QStringLiteral("a.prm")) const {
+        return dir.filePath(name);
+    }
+    void store(const QString& name, const QByteArray& content) const {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    [[nodiscard]] QByteArray load(const QString& name = QStringLiteral("a.prm")) const {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    [[nodiscard]] QList<int> marked() const {
+        QList<int> numbers;
+        for (int n = 0; n < ParamTables::Count; ++n) {
+            if (tables.ParamChanged[static_cast<std::size_t>(n)])
+                numbers << n;
+        }
+        return numbers;
+    }
+    void goOnline() {
+        state.Online = true;
+        state.MonitorRunning = true;
+    }
+
+    QTemporaryDir dir;
+    ParamTables tables;
+    ParamTransfer transfer{engine, tables};
+    ParamFile file{engine, transfer, tables};
+};
+
+QList<int> range(int first, int last) {
+    QList<int> numbers;
+    for (int n = first; n <= last; ++n)
+        numbers << n;
+    return numbers;
+}
+
+}  // namespace
+
+class TestParamFile : public QObject {
+    Q_OBJECT
+private slots:
+    void roundTripOffline() {
+        Rig rig;
+        rig.state.Online = false;
+        for (int n = 0; n < ParamTables::Count; ++n)
+            rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
+        const auto written = rig.tables.ParamValue;
+        QVERIFY(rig.file.write(rig.path()));
+        const QByteArray text = rig.load();
+        QVERIFY(text.startsWith("Orvix-Servo parameter file\r\n1\r\n0\r\n1\r\n1\r\n"));
+        QCOMPARE(text.count("\r\n"), 121);
+        QCOMPARE(text.count('\n'), 121);
+        QVERIFY(text.endsWith(QByteArray::number(written[119]) + "\r\n"));
+        QVERIFY(rig.marked().isEmpty() && !rig.tables.ParamsLoaded);  // writing changes nothing
+
+        rig.tables.ParamValue.fill(-1);
+        QSignalSpy loaded(&rig.file, &ParamFile::valueLoaded);
+        QSignalSpy finished(&rig.file, &ParamFile::fileLoaded);
+        QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::Loaded);
+        // The program's own identification carries 0..59 only.
+        for (int n = 0; n < ParamTables::Count; ++n) {
+            const auto i = static_cast<std::size_t>(n);
+            QCOMPARE(rig.tables.ParamValue[i], n < 60 ? written[i] : -1);
+        }
+        QCOMPARE(rig.marked(), range(0, 59));
+        QCOMPARE(loaded.size(), 60);
+        QCOMPARE(loaded.last(), (QVariantList{59, true}));
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished[0][0].toBool(), false);  // offline: Write Servo stays as it is
+        QVERIFY(rig.tables.ParamsLoaded && !rig.file.pending() && !rig.file.fileWithSystem());
+        QVERIFY(rig.ui.messages.isEmpty() && rig.sent().isEmpty());
+    }
+
+    void refusedOrBrokenFileKeepsWhatCameBefore_data() {
+        QTest::addColumn<QByteArray>("content");  // null: no file at all
+        QTest::addColumn<int>("message");
+        QTest::addColumn<int>("stored");  // values taken before the failure
+        const QByteArray id = "Orvix-Servo parameter file";
+        QTest::newRow("trailing space") << fileText(id + ' ', {"5"}) << 1722 << 0;
+        QTest::newRow("other case") << fileText(id.toLower(), {"5"}) << 1722 << 0;
+        QTest::newRow("no file") << QByteArray() << 1724 << 0;
+        QTest::newRow("not a number") << fileText(id, {"5", "1", "1x", "9"}) << 1724 << 2;
+        QTest::newRow("decimal comma") << fileText(id, {"5", "1,5"}) << 1724 << 1;
+        QTest::newRow("ends early") << fileText(id, QList<QByteArray>(30, "1")) << 1724 << 30;
+    }
+    void refusedOrBrokenFileKeepsWhatCameBefore() {
+        QFETCH(QByteArray, content);
+        QFETCH(int, message);
+        QFETCH(int, stored);
+        Rig rig;
+        rig.state.Online = false;
+        rig.tables.ParamValue.fill(3);
+        if (!content.isNull())
+            rig.store(QStringLiteral("a.prm"), content);
+        QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::Failed);
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].text, en(message));
+        QCOMPARE(rig.ui.messages[0].caption, en(message + 1));
+        QCOMPARE(rig.marked(), range(0, stored - 1));
+        QCOMPARE(rig.tables.ParamValue[static_cast<std::size_t>(stored)], 3);
+        QVERIFY(!rig.tables.ParamsLoaded && !rig.file.pending() && !rig.tables.FileReadPending);
+    }
+
+    void numbersIgnoreTheUserLocale() {
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        Rig rig;
+        rig.state.Online = false;
+        rig.tables.ParamValue[6] = -12345678;
+        const bool written = rig.file.write(rig.path());
+        QList<QByteArray> lines(ParamTables::Count, "1");
+        lines[6] = "1.234";  // 1234 in German
+        lines[11] = "2.5";   // 25 in German
+        lines[17] = "700000";
+        lines[69] = "7";
+        // Line ends of other editors read the same.
+        rig.store(QStringLiteral("b.prm"),
+                  fileText("Orvix-Servo parameter file with system parameter", lines, "\n"));
+        const ParamFile::ReadResult result = rig.file.read(rig.path(QStringLiteral("b.prm")));
+        QLocale::setDefault(before);
+        QVERIFY(written && rig.load().contains("\r\n-12345678\r\n"));
+        QCOMPARE(result, ParamFile::ReadResult::Loaded);
+        QVERIFY(rig.file.fileWithSystem());
+        QCOMPARE(rig.tables.ParamValue[6], 1);
+        QCOMPARE(rig.tables.ParamValue[11], 2);
+        QCOMPARE(rig.tables.ParamValue[17], 99999);  // clamped to the range
+        QCOMPARE(rig.tables.ParamValue[69], 0);
+        QCOMPARE(rig.marked(), range(0, 119));
+    }
+
+    void failedWriteLeavesTheOldFile() {
+        Rig rig;
+        rig.tables.ParamValue[0] = 7;
+        QVERIFY(rig.file.write(rig.path()));
+        const QByteArray old = rig.load();
+        rig.tables.ParamValue[0] = 8;
+
+        // The disk fills up after 64 bytes of the new file.
+        rlimit saved{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &saved), 0);
+        const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit small = saved;
+        small.rlim_cur = 64;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const bool written = rig.file.write(rig.path());
+        setrlimit(RLIMIT_FSIZE, &saved);
+        std::signal(SIGXFSZ, previousHandler);
+
+        QVERIFY(!written);
+        QCOMPARE(rig.load(), old);
+        QCOMPARE(QDir(rig.dir.path()).entryList(QDir::Files), QStringList{"a.prm"});
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QCOMPARE(rig.ui.messages[0].text, en(1724));
+        // A folder that is not there cannot take a file either.
+        QVERIFY(!rig.file.write(rig.dir.filePath(QStringLiteral("none/a.prm"))));
+        QCOMPARE(rig.ui.messages.size(), 2);
+    }
+
+    void onlineReadMarksOnlyDifferences() {
+        Rig rig;
+        rig.goOnline();
+        for (int n = 0; n < ParamTables::Count; ++n)
+            rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
+        QVERIFY(rig.file.write(rig.path()));
+        const auto fromFile = rig.tables.ParamValue;
+        auto drive = fromFile;
+        drive[3] = 2;
+        drive[17] = 5;
+        drive[45] = 953;
+        drive[80] = -7;  // not in the file's range of numbers
+        rig.tables.ParamValue.fill(0);
+        rig.tables.ParamChanged[50] = true;
+
+        QSignalSpy loaded(&rig.file, &ParamFile::valueLoaded);
+        QSignalSpy finished(&rig.file, &ParamFile::fileLoaded);
+        QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::AwaitingDrive);
+        QCOMPARE(rig.sent(), QStringList{"1pa"});
+        QVERIFY(rig.file.pending() && rig.tables.FileReadPending && loaded.isEmpty());
+
+        rig.port->reply(readAllReply(drive));
+        QCOMPARE(rig.marked(), (QList<int>{3, 17, 45}));
+        for (int n = 0; n < ParamTables::Count; ++n) {
+            const auto i = static_cast<std::size_t>(n);
+            QCOMPARE(rig.tables.ParamValue[i], n < 60 ? fromFile[i] : drive[i]);
+        }
+        QCOMPARE(loaded.size(), 60);
+        QList<int> colouredBoxes;
+        for (const QVariantList& args : loaded) {
+            if (args[1].toBool())
+                colouredBoxes << args[0].toInt();
+        }
+        QCOMPARE(colouredBoxes, (QList<int>{3, 17, 45}));
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished[0][0].toBool(), true);
+        QVERIFY(!rig.file.pending() && !rig.tables.FileReadPending && rig.tables.ParamsLoaded);
+        QCOMPARE(rig.sent(), (QStringList{"1pa", "1ma"}));
+        QVERIFY(rig.ui.messages.isEmpty() && rig.ui.controlsEnabled && !rig.ui.busyDialogShown);
+    }
+
+    void driveReadWithoutValuesClosesTheFile_data() {
+        QTest::addColumn<QString>("end");
+        QTest::newRow("error reply") << "error";
+        QTest::newRow("time-out, Cancel") << "timeout";
+        QTest::newRow("broken reply, Cancel, then Read Servo") << "malformed";
+    }
+    void driveReadWithoutValuesClosesTheFile() {
+        QFETCH(QString, end);
+        Rig rig;
+        rig.goOnline();
+        QVERIFY(rig.file.write(rig.path()));
+        QSignalSpy abandoned(&rig.file, &ParamFile::fileReadAbandoned);
+        QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::AwaitingDrive);
+        rig.ui.answerRetry = false;
+        if (end == QLatin1String("error")) {
+            rig.port->reply(QStringLiteral("1ER3"));
+        } else if (end == QLatin1String("timeout")) {
+            for (int i = 0; i < 200 && rig.ui.messages.isEmpty(); ++i)
+                rig.ticks(1);
+        } else {
+            rig.port->reply(QStringLiteral("1pa0000"));
+            // The link leaves the chain flagged as running: the next transfer ends the wait.
+            rig.transfer.readAll();
+        }
+        QCOMPARE(rig.ui.messages.size(), 1);
+        QVERIFY(abandoned.size() == 1 || abandoned.wait(1000));
+        QVERIFY(!rig.file.pending() && !rig.tables.FileReadPending);
+
+        // A later Read Servo brings the drive's values and merges nothing.
+        std::array<qint32, ParamTables::Count + 1> drive{};
+        drive[17] = 5;
+        if (end != QLatin1String("malformed"))
+            rig.transfer.readAll();
+        rig.port->reply(readAllReply(drive));
+        QCOMPARE(rig.tables.ParamValue[17], 5);
+        QVERIFY(rig.marked().isEmpty());
+        QCOMPARE(abandoned.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestParamFile)
+#include "tst_paramfile.moc"
