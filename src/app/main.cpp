@@ -1,6 +1,6 @@
+#include "app/MDIParent.h"
+#include "app/ShellSetup.h"
 #include "shared/Global.h"
-#include "app/MainWindow.h"
-#include "link/LinkEngine.h"
 #include "sim/SimulatedLine.h"
 
 #include <QApplication>
@@ -8,8 +8,6 @@
 #include <QMessageBox>
 
 #include <memory>
-
-using velora::BackEnd;
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -30,11 +28,10 @@ int main(int argc, char* argv[]) {
     parser.addOption(simulateOption);
     parser.process(app);
 
-    velora::Global global;
-    velora::MainWindow window(global);
-
+    velora::ShellSetup setup;
+    setup.deviceOverride = parser.value(portOption);
+    // Declared before the main window, so that the drive is still there while the link closes.
     std::unique_ptr<velora::sim::SimulatedLine> simulated;
-    QString device = parser.value(portOption);
     if (parser.isSet(simulateOption)) {
         simulated = std::make_unique<velora::sim::SimulatedLine>(velora::sim::SimOptions{});
         if (!simulated->open()) {
@@ -43,15 +40,13 @@ int main(int argc, char* argv[]) {
                                       .arg(simulated->errorString()));
             return 1;
         }
-        device = simulated->devicePath();
-        window.setSimulatedDevice(device);
+        setup.deviceOverride = simulated->devicePath();
+        setup.simulatedDevice = simulated->devicePath();
     }
 
-    velora::LinkEngine link(global.Link, window);
-    const BackEnd backEnd = global.Link.UsbMode ? BackEnd::UsbSerial : BackEnd::Rs232;
-    link.setTransport(velora::createTransport(backEnd, global.Link));
-    link.setDeviceOverride(device);
+    velora::Global global;
+    velora::MDIParent window(global, std::move(setup));
     window.show();
-    link.start(global.RetryTime);
+    window.startUp();
     return QApplication::exec();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/WaveMonSettings.h"
 #include "shared/AlarmData.h"
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
@@ -14,6 +15,10 @@ struct Global {
     AlarmData Alarms;
     // Interval of the polling timer in ms (setting "RetryTime").
     int RetryTime = 250;
+    bool AxisChangeCaution = true;     // caution when parameter 0 is edited ("AxisCngCtn")
+    bool ConnectCautionDialog = true;  // caution of the parameter 1-45 coupling ("PrmCnctCtn")
+    int Prm1To45Connect = 0;           // 0 ask every time, 1 couple, 2 do not couple ("PrmCnctSel")
+    WaveMonSettings WaveMon;           // the wave monitor's stored choices ("WaveMonSettings")
 };
 
 }  // namespace velora

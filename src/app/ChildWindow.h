@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+
+class QCloseEvent;
+
+namespace velora {
+
+// A child window of the main window. It is never closed while the program runs: its close box
+// minimises it, so it keeps what it shows. Every child loads its texts in LanguageSelect, and
+// follows the link's locking of the command-sending controls.
+class ChildWindow : public QWidget {
+    Q_OBJECT
+public:
+    explicit ChildWindow(const QString& name, QWidget* parent = nullptr);
+
+    // The caption and every catalogue text of the window, in the language given.
+    virtual void LanguageSelect(int languageId) = 0;
+
+    // The command-sending controls follow enable; the transfer buttons with them.
+    virtual void EnableControls(bool enable);
+    // Transfer buttons only (Write Servo, Read Servo and the like).
+    virtual void DisableTransferButtons();
+
+    [[nodiscard]] bool controlsEnabled() const { return controlsEnabled_; }
+    [[nodiscard]] bool transferButtonsEnabled() const { return transferButtonsEnabled_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    bool controlsEnabled_ = true;
+    bool transferButtonsEnabled_ = true;
+};
+
+}  // namespace velora

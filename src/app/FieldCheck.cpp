@@ -1,0 +1,14 @@
+#include "app/FieldCheck.h"
+
+#include "shared/NumericText.h"
+
+#include <algorithm>
+
+namespace velora {
+
+int checkedWholeNumber(const QString& text, int fallback, int minimum, int maximum) {
+    const std::optional<qint32> number = toWholeNumber(text);
+    return number ? std::clamp<int>(*number, minimum, maximum) : fallback;
+}
+
+}  // namespace velora

@@ -1,0 +1,311 @@
+#include "app/MDIParent.h"
+
+#include "app/CommSettings.h"
+#include "app/TextCatalogue.h"
+#include "comtable/ComTblWindow.h"
+#include "console/ComConsoleWindow.h"
+#include "link/InComDialog.h"
+#include "link/SystemBar.h"
+#include "link/WireFormat.h"
+#include "monitor/AlarmMonWindow.h"
+#include "monitor/IOStatusWindow.h"
+#include "monitor/NumMonitorWindow.h"
+#include "options/OptionDialog.h"
+#include "options/VersionDialog.h"
+#include "params/ParamCatalogue.h"
+#include "params/PrmTblWindow.h"
+#include "pointtable/PointTblWindow.h"
+#include "shared/Global.h"
+#include "wave/HMonWindow.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+namespace velora {
+
+namespace {
+
+// Where each child window starts inside the frame, in start-up order after the status bar.
+constexpr std::array<QRect, 8> kPlacement{{
+    {0, 0, 560, 240},      // ComConsole
+    {0, 250, 560, 380},    // PrmTbl
+    {30, 280, 560, 380},   // PointTbl
+    {60, 310, 420, 380},   // ComTbl
+    {570, 0, 330, 440},    // NumMonitor
+    {910, 0, 290, 210},    // IOStatus
+    {910, 220, 290, 220},  // AlarmMon
+    {570, 450, 630, 330},  // HMon
+}};
+
+template <typename W>
+W* named(W* object, const QString& name) {
+    object->setObjectName(name);
+    return object;
+}
+
+}  // namespace
+
+MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
+    : QMainWindow(parent),
+      global_(global),
+      setup_(std::move(setup)),
+      ui_(boxes_),
+      engine_(global.Link, ui_, setup_.ticks) {
+    setObjectName(QStringLiteral("MDIParent"));
+    boxes_.setOwner(this);
+    engine_.setDeviceOverride(setup_.deviceOverride);
+    buildWindows();
+    buildMenus();
+    CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
+    resize(1220, 860);
+}
+
+MDIParent::~MDIParent() {
+    // Its port search unhooks itself from the engine, which as a member goes before the
+    // child widgets do.
+    delete commSettings_;
+}
+
+void MDIParent::buildWindows() {
+    auto* central = new QWidget(this);
+    auto* column = new QVBoxLayout(central);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    mdiArea_ = named(new QMdiArea(central), QStringLiteral("MDIClient"));
+    systemBar_ = new SystemBar(engine_, central);
+    column->addWidget(mdiArea_, 1);
+    column->addWidget(systemBar_);
+    setCentralWidget(central);
+
+    // Each goes into a frame of the MDI area right after.
+    comConsole_ = new ComConsoleWindow(mdiArea_);
+    prmTbl_ = new PrmTblWindow(mdiArea_);
+    pointTbl_ = new PointTblWindow(mdiArea_);
+    comTbl_ = new ComTblWindow(mdiArea_);
+    numMonitor_ = new NumMonitorWindow(mdiArea_);
+    ioStatus_ = new IOStatusWindow(mdiArea_);
+    alarmMon_ = new AlarmMonWindow(mdiArea_);
+    hMon_ = new HMonWindow(mdiArea_);
+    const QList<ChildWindow*> children = childWindows();
+    for (int i = 0; i < children.size(); ++i) {
+        QMdiSubWindow* frame = mdiArea_->addSubWindow(children[i]);
+        frame->setGeometry(kPlacement.at(static_cast<std::size_t>(i)));
+        frame->hide();  // until its turn in the start-up
+    }
+
+    inComDialog_ = new InComDialog(global_.Link, this);
+    commSettings_ = new CommSettings(global_, engine_, boxes_, setup_.transports, this);
+    optionDialog_ = new OptionDialog(
+        global_, engine_, [this] { return comConsole_->commandSendVisible(); }, this);
+    versionDialog_ = new VersionDialog(global_.Link, this);
+    connect(commSettings_, &CommSettings::axisNumberApplied, systemBar_, &SystemBar::setAxisNumber);
+    connect(commSettings_, &CommSettings::onlineChanged, this,
+            [this](bool online) { CaptionOffLineChange(global_.Link.LanguageId, online ? 0 : 1); });
+
+    AppLinkUi::Windows windows;
+    windows.systemBar = systemBar_;
+    windows.console = comConsole_;
+    windows.numMonitor = numMonitor_;
+    windows.waveMonitor = hMon_;
+    windows.busyDialog = inComDialog_;
+    for (ChildWindow* child : children)
+        windows.children << child;
+    ui_.attach(windows);
+}
+
+QList<ChildWindow*> MDIParent::childWindows() const {
+    return {comConsole_, prmTbl_, pointTbl_, comTbl_, numMonitor_, ioStatus_, alarmMon_, hMon_};
+}
+
+void MDIParent::buildMenus() {
+    mnuFile = named(menuBar()->addMenu(QString()), QStringLiteral("mnuFile"));
+    mnuFileItem0 = named(mnuFile->addAction(QString()), QStringLiteral("mnuFileItem(0)"));
+    connect(mnuFileItem0, &QAction::triggered, this, &QWidget::close);
+
+    mnuWindow = named(menuBar()->addMenu(QString()), QStringLiteral("mnuWindow"));
+    connect(mnuWindow, &QMenu::aboutToShow, this, &MDIParent::refreshWindowMenu);
+
+    mnuSystem = named(menuBar()->addMenu(QString()), QStringLiteral("mnuSystem"));
+    for (int i = 0; i < 5; ++i) {
+        QAction* item = nullptr;
+        if (i == 1) {
+            mnuLanguage = named(mnuSystem->addMenu(QString()), QStringLiteral("mnuSystemLang"));
+            item = mnuLanguage->menuAction();
+        } else {
+            item = mnuSystem->addAction(QString());
+            connect(item, &QAction::triggered, this, [this, i] { mnuSystemItem_Click(i); });
+        }
+        mnuSystemItem[static_cast<std::size_t>(i)] =
+            named(item, QStringLiteral("mnuSystemItem(%1)").arg(i));
+    }
+    auto* languages = new QActionGroup(this);
+    for (int i = 0; i < 2; ++i) {
+        QAction* item =
+            named(mnuLanguage->addAction(QString()), QStringLiteral("mnuSystemLang(%1)").arg(i));
+        item->setCheckable(true);
+        languages->addAction(item);
+        connect(item, &QAction::triggered, this, [this, i] { mnuSystemLang_Click(i); });
+        mnuSystemLang[static_cast<std::size_t>(i)] = item;
+    }
+}
+
+void MDIParent::LanguageSelect(int languageId) {
+    mnuFile->setTitle(TextCatalogue::text(languageId, 1000));
+    mnuFileItem0->setText(TextCatalogue::text(languageId, 1001));
+    mnuWindow->setTitle(TextCatalogue::text(languageId, 1002));
+    mnuSystem->setTitle(TextCatalogue::text(languageId, 1003));
+    mnuSystemItem[0]->setText(TextCatalogue::text(languageId, 1004));
+    mnuSystemItem[1]->setText(TextCatalogue::text(languageId, 1005));
+    mnuSystemItem[2]->setText(TextCatalogue::text(languageId, 1006));
+    mnuSystemItem[3]->setText(TextCatalogue::text(languageId, 1007));
+    mnuSystemItem[4]->setText(TextCatalogue::text(languageId, 1008));
+    mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
+    mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
+}
+
+void MDIParent::LanguageOfAllWindows() {
+    const int lang = global_.Link.LanguageId;
+    LanguageSelect(lang);
+    alarmMon_->LanguageSelect(lang);
+    comConsole_->LanguageSelect(lang);
+    comTbl_->LanguageSelect(lang);
+    hMon_->LanguageSelect(lang);
+    ioStatus_->LanguageSelect(lang);
+    numMonitor_->LanguageSelect(lang);
+    pointTbl_->LanguageSelect(lang);
+    prmTbl_->LanguageSelect(lang);
+    systemBar_->LanguageSelect(lang);
+}
+
+void MDIParent::CaptionOffLineChange(int languageId, int offline) {
+    QString caption = offline != 0 ? TextCatalogue::text(languageId, 1021)
+                                   : TextCatalogue::text(languageId, 1020);
+    if (!setup_.simulatedDevice.isEmpty()) {
+        // Nobody should mistake the simulated drive for a real one.
+        caption += QStringLiteral(" \u2014 simulated drive (%1)").arg(setup_.simulatedDevice);
+    }
+    setWindowTitle(caption);
+}
+
+void MDIParent::startUp() {
+    LinkState& s = global_.Link;
+    // The settings, then the tables the windows show. The tables start empty, so no editor
+    // counts as holding data read from the drive.
+    setup_.settings.loadComAndLanguage(global_);
+    InitParamTables(global_.Params);
+    // Each window loads its texts as it loads, so that none stands empty while the port is
+    // being opened and a message may be waiting; all are set again once every window is there.
+    LanguageSelect(s.LanguageId);
+
+    // The status bar's load: the polling period, the port through the chosen back-end, the
+    // first poll.
+    systemBar_->LanguageSelect(s.LanguageId);
+    systemBar_->setClock(engine_.now());
+    global_.RetryTime = setup_.settings.loadRetryTime();
+    applyBackEnd(engine_, setup_.transports);
+    engine_.start(global_.RetryTime);
+    if (!s.Online)
+        CaptionOffLineChange(s.LanguageId, 1);
+
+    for (ChildWindow* child : childWindows()) {
+        if (child == hMon_)
+            setup_.settings.loadWaveMon(global_.WaveMon);
+        child->LanguageSelect(s.LanguageId);
+        child->parentWidget()->show();
+    }
+    if (s.Online && !s.PortOpen)
+        showModal(commSettings_);
+    systemBar_->setAxisNumber(s.AxisNumber);
+    if (s.AxisNumber == wire::AllAxes)
+        engine_.DisableTransferButtons();
+    LanguageOfAllWindows();
+    mnuSystemLang[s.LanguageId != 0 ? 1 : 0]->setChecked(true);
+}
+
+void MDIParent::showModal(QDialog* dialog) {
+    // Modal for the user, but the program goes on: replies and ticks arrive while it is open.
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+void MDIParent::refreshWindowMenu() {
+    mnuWindow->clear();
+    const QList<QMdiSubWindow*> frames = mdiArea_->subWindowList();
+    for (int i = 0; i < frames.size(); ++i) {
+        QMdiSubWindow* frame = frames[i];
+        QAction* item = mnuWindow->addAction(
+            QStringLiteral("&%1 %2").arg(i + 1).arg(frame->widget()->windowTitle()));
+        item->setCheckable(true);
+        item->setChecked(frame == mdiArea_->activeSubWindow());
+        connect(item, &QAction::triggered, this, [this, frame] {
+            if (frame->isMinimized())
+                frame->showNormal();
+            mdiArea_->setActiveSubWindow(frame);
+        });
+    }
+}
+
+void MDIParent::mnuSystemItem_Click(int index) {
+    switch (index) {
+        case 0:
+            showModal(commSettings_);
+            break;
+        case 2:
+            showModal(optionDialog_);
+            break;
+        case 3:
+            showModal(versionDialog_);
+            break;
+        case 4:
+            softwareVersionChange();
+            break;
+        default:
+            break;
+    }
+}
+
+void MDIParent::mnuSystemLang_Click(int index) {
+    global_.Link.LanguageId = index;
+    mnuSystemLang[static_cast<std::size_t>(index)]->setChecked(true);
+    LanguageOfAllWindows();
+}
+
+void MDIParent::softwareVersionChange() {
+    setup_.settings.clearSiblingSkipFlag();
+    const QString directory = setup_.siblingDirectory.isEmpty()
+                                  ? QCoreApplication::applicationDirPath()
+                                  : setup_.siblingDirectory;
+    const SiblingProgram::Launch launch = SiblingProgram::start(directory, setup_.startSibling);
+    if (!launch.started) {
+        engine_.showError(
+            launch.tried.join(QLatin1Char('\n')) + QStringLiteral("\nFile Not Found."),
+            QStringLiteral("Error"));
+        return;
+    }
+    close();
+}
+
+void MDIParent::saveAllSettings() {
+    global_.RetryTime = engine_.pollIntervalMs();
+    setup_.settings.saveAll(global_);
+}
+
+void MDIParent::closeEvent(QCloseEvent* event) {
+    commSettings_->dismiss();
+    if (!ended_) {
+        ended_ = true;
+        saveAllSettings();
+    }
+    for (QDialog* dialog :
+         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_})
+        dialog->hide();
+    QMainWindow::closeEvent(event);
+}
+
+}  // namespace velora

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "app/AppLinkUi.h"
+#include "app/MessageBoxes.h"
+#include "app/ShellSetup.h"
+#include "link/LinkEngine.h"
+
+#include <QMainWindow>
+
+#include <array>
+
+class QAction;
+class QMdiArea;
+class QMenu;
+
+namespace velora {
+
+class AlarmMonWindow;
+class ChildWindow;
+class ComConsoleWindow;
+class ComTblWindow;
+class CommSettings;
+class HMonWindow;
+class IOStatusWindow;
+class InComDialog;
+class NumMonitorWindow;
+class OptionDialog;
+class PointTblWindow;
+class PrmTblWindow;
+class SystemBar;
+class VersionDialog;
+struct Global;
+
+// The main window: an MDI frame with the status bar along its foot, the child windows, the
+// menus (file, window list, system), the language switch, the online/offline caption, the
+// orderly end that saves the settings, and the hand-over to the sibling program. It owns the
+// link engine and what the engine shows through.
+class MDIParent : public QMainWindow {
+    Q_OBJECT
+public:
+    MDIParent(Global& global, ShellSetup setup, QWidget* parent = nullptr);
+    ~MDIParent() override;
+    Q_DISABLE_COPY_MOVE(MDIParent)
+
+    // The load: settings, data tables, the child windows in their order (the status bar's
+    // opens the port), the comm settings when the port could not be opened, the texts.
+    void startUp();
+
+    // The menus' texts.
+    void LanguageSelect(int languageId);
+    // The language of all windows: this one, then every child window.
+    void LanguageOfAllWindows();
+    // The caption for online (offline 0) or offline (offline 1).
+    void CaptionOffLineChange(int languageId, int offline);
+    // Every setting into the store; called at every orderly end.
+    void saveAllSettings();
+
+    [[nodiscard]] LinkEngine& engine() { return engine_; }
+    [[nodiscard]] MessageBoxes& messageBoxes() { return boxes_; }
+    [[nodiscard]] SystemBar* systemBar() const { return systemBar_; }
+    [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
+    // The child windows in their start-up order.
+    [[nodiscard]] QList<ChildWindow*> childWindows() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildWindows();
+    void refreshWindowMenu();
+    void mnuSystemItem_Click(int index);
+    void mnuSystemLang_Click(int index);
+    void softwareVersionChange();
+    void showModal(QDialog* dialog);
+
+    Global& global_;
+    ShellSetup setup_;
+    MessageBoxes boxes_;
+    AppLinkUi ui_;
+    LinkEngine engine_;
+    bool ended_ = false;
+
+    QMdiArea* mdiArea_ = nullptr;
+    SystemBar* systemBar_ = nullptr;
+    ComConsoleWindow* comConsole_ = nullptr;
+    PrmTblWindow* prmTbl_ = nullptr;
+    PointTblWindow* pointTbl_ = nullptr;
+    ComTblWindow* comTbl_ = nullptr;
+    NumMonitorWindow* numMonitor_ = nullptr;
+    IOStatusWindow* ioStatus_ = nullptr;
+    AlarmMonWindow* alarmMon_ = nullptr;
+    HMonWindow* hMon_ = nullptr;
+    InComDialog* inComDialog_ = nullptr;
+    CommSettings* commSettings_ = nullptr;
+    OptionDialog* optionDialog_ = nullptr;
+    VersionDialog* versionDialog_ = nullptr;
+
+    QMenu* mnuFile = nullptr;
+    QAction* mnuFileItem0 = nullptr;
+    QMenu* mnuWindow = nullptr;
+    QMenu* mnuSystem = nullptr;
+    std::array<QAction*, 5> mnuSystemItem{};
+    QMenu* mnuLanguage = nullptr;
+    std::array<QAction*, 2> mnuSystemLang{};
+};
+
+}  // namespace velora

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace velora {
+
+// One serial device of the system as the comm settings dialog lists it under the port number,
+// so that the user sees which number opens which device.
+struct PortHint {
+    QString portName;     // "ttyUSB0", "COM3"
+    QString description;  // what the system calls it; may be empty
+    std::optional<quint16> vendorId;
+    std::optional<quint16> productId;
+
+    // The port number that opens this device: COMn is n; ttySn and ttyUSBn are n + 1 (the
+    // RS-232C and USB-RS232C back-ends count from 1). Other devices have no number.
+    [[nodiscard]] std::optional<int> portNumber() const;
+    // "1 (USB-RS232C): ttyUSB0  FT232R USB UART  (USB 0403:6001)"
+    [[nodiscard]] QString line() const;
+};
+
+}  // namespace velora

@@ -1,0 +1,20 @@
+#include "app/TransportFactory.h"
+
+#include "link/LinkEngine.h"
+#include "shared/LinkState.h"
+
+namespace velora {
+
+TransportFactory serialTransports() {
+    return [](BackEnd backEnd, LinkState& state) { return createTransport(backEnd, state); };
+}
+
+void applyBackEnd(LinkEngine& engine, const TransportFactory& factory) {
+    const BackEnd wanted = engine.state().UsbMode ? BackEnd::UsbSerial : BackEnd::Rs232;
+    const Transport* current = engine.transport();
+    if (current && current->backEnd() == wanted)
+        return;
+    engine.setTransport(factory(wanted, engine.state()));
+}
+
+}  // namespace velora

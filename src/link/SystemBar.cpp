@@ -1,0 +1,128 @@
+#include "link/SystemBar.h"
+
+#include "app/TextCatalogue.h"
+#include "link/LinkEngine.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QMouseEvent>
+
+namespace velora {
+
+namespace {
+
+void setColours(QLabel* label, const QColor& back, const QColor& text) {
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::Window, back);
+    palette.setColor(QPalette::WindowText, text);
+    label->setPalette(palette);
+}
+
+QLabel* makeLabel(QWidget* parent, const QString& name) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    return label;
+}
+
+}  // namespace
+
+SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), engine_(engine) {
+    setObjectName(QStringLiteral("SystemBar"));
+    auto* outer = new QHBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    auto* Picture1 = new QFrame(this);
+    Picture1->setObjectName(QStringLiteral("Picture1"));
+    Picture1->setFrameShape(QFrame::StyledPanel);
+    outer->addWidget(Picture1);
+
+    auto* row = new QHBoxLayout(Picture1);
+    row->setContentsMargins(6, 2, 6, 2);
+    Label1 = makeLabel(Picture1, QStringLiteral("Label1"));
+    Label2 = makeLabel(Picture1, QStringLiteral("Label2"));
+    for (int i = 0; i < 2; ++i) {
+        QLabel* lamp = makeLabel(Picture1, QStringLiteral("ShpStatus(%1)").arg(i));
+        lamp->setFixedSize(16, 16);
+        ShpStatus[static_cast<std::size_t>(i)] = lamp;
+        setLamp(i, Qt::black, Qt::black);
+    }
+    LblSVON = makeLabel(Picture1, QStringLiteral("LblSVON"));
+    LblSVON->setText(QStringLiteral("SVON"));
+    LblSVON->setAutoFillBackground(true);
+    LblSVON->setMargin(2);
+    setServoOnColours(Qt::black, Qt::white);
+    Label3 = makeLabel(Picture1, QStringLiteral("Label3"));
+    LabelAxisNum = makeLabel(Picture1, QStringLiteral("LabelAxisNum"));
+    LabelAxisNum->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00")));
+    Label3->setBuddy(LabelAxisNum);
+    LblCom = makeLabel(Picture1, QStringLiteral("LblCom"));
+    LblCom->setAutoFillBackground(true);
+    LblCom->setMargin(2);
+    LblCom->installEventFilter(this);
+    setComIndicator(false);
+    LblDateTime = makeLabel(Picture1, QStringLiteral("LblDateTime"));
+
+    row->addWidget(Label1);
+    row->addWidget(ShpStatus[0]);
+    row->addSpacing(8);
+    row->addWidget(Label2);
+    row->addWidget(ShpStatus[1]);
+    row->addSpacing(8);
+    row->addWidget(LblSVON);
+    row->addSpacing(8);
+    row->addWidget(Label3);
+    row->addWidget(LabelAxisNum);
+    row->addStretch(1);
+    row->addWidget(LblCom);
+    row->addSpacing(8);
+    row->addWidget(LblDateTime);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void SystemBar::LanguageSelect(int languageId) {
+    Label1->setText(TextCatalogue::text(languageId, 1600));
+    Label2->setText(TextCatalogue::text(languageId, 1601));
+    Label3->setText(TextCatalogue::text(languageId, 1602));
+    LblCom->setText(TextCatalogue::text(languageId, 1603));
+    // The lamps have no text of their own: they are named after the label beside them.
+    ShpStatus[0]->setAccessibleName(Label1->text());
+    ShpStatus[1]->setAccessibleName(Label2->text());
+}
+
+void SystemBar::setAxisNumber(int axis) {
+    LabelAxisNum->setText(QString::number(axis));
+}
+
+void SystemBar::setClock(const QDateTime& now) {
+    const QLocale locale;
+    LblDateTime->setText(locale.toString(now.date(), QLocale::ShortFormat) + QStringLiteral("  ") +
+                         locale.toString(now.time(), QLocale::ShortFormat));
+}
+
+void SystemBar::setComIndicator(bool live) {
+    setColours(LblCom, live ? QColor(255, 0, 0) : QColor(0, 0, 0), QColor(255, 255, 255));
+}
+
+void SystemBar::setLamp(int index, const QColor& fill, const QColor& back) {
+    if (index < 0 || index > 1)
+        return;
+    QLabel* lamp = ShpStatus[static_cast<std::size_t>(index)];
+    lamp->setStyleSheet(QStringLiteral("QLabel { background-color: %1; border: 3px solid %2; "
+                                       "border-radius: 8px; }")
+                            .arg(fill.name(), back.name()));
+}
+
+void SystemBar::setServoOnColours(const QColor& back, const QColor& text) {
+    setColours(LblSVON, back, text);
+}
+
+bool SystemBar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == LblCom && event->type() == QEvent::MouseButtonRelease) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        engine_.polling().echoSwitch(mouse->button(), mouse->modifiers());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace velora

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QColor>
+#include <QDateTime>
+#include <QWidget>
+
+#include <array>
+
+class QLabel;
+
+namespace velora {
+
+class LinkEngine;
+
+// The status bar along the main window: RUN and ALARM lamps, the servo-on label, the axis
+// number, the COM indicator and the clock. The polling timer behind it belongs to the link
+// engine, which tells the bar what to show.
+class SystemBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit SystemBar(LinkEngine& engine, QWidget* parent = nullptr);
+
+    void LanguageSelect(int languageId);
+
+    void setAxisNumber(int axis);
+    // Date, two spaces, time, in the user's short formats.
+    void setClock(const QDateTime& now);
+    // Red while the monitor chain runs online, black otherwise; white text in both cases.
+    void setComIndicator(bool live);
+    // A lamp (ShpStatus(0) RUN, ShpStatus(1) ALARM): its fill and the colour around it.
+    void setLamp(int index, const QColor& fill, const QColor& back);
+    // The servo-on label's background and text colours.
+    void setServoOnColours(const QColor& back, const QColor& text);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    LinkEngine& engine_;
+    QLabel* Label1 = nullptr;
+    QLabel* Label2 = nullptr;
+    QLabel* Label3 = nullptr;
+    QLabel* LabelAxisNum = nullptr;
+    QLabel* LblCom = nullptr;
+    QLabel* LblSVON = nullptr;
+    QLabel* LblDateTime = nullptr;
+    std::array<QLabel*, 2> ShpStatus{};
+};
+
+}  // namespace velora

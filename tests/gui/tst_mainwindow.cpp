@@ -1,0 +1,216 @@
+#include "app/ChildWindow.h"
+#include "app/CommSettings.h"
+#include "console/ComConsoleWindow.h"
+#include "link/SystemBar.h"
+
+#include "ShellRig.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QtTest>
+
+using namespace velora;
+using namespace Qt::StringLiterals;
+using namespace velora::test;
+
+namespace {
+
+const QStringList kChildOrder{"ComConsole", "PrmTbl",   "PointTbl", "ComTbl",
+                              "NumMonitor", "IOStatus", "AlarmMon", "HMon"};
+
+QStringList frameOrder(const ShellRig& rig) {
+    QStringList names;
+    const auto frames = rig.find<QMdiArea>(u"MDIClient"_s)->subWindowList(QMdiArea::CreationOrder);
+    for (const QMdiSubWindow* frame : frames)
+        names << frame->widget()->objectName();
+    return names;
+}
+
+}  // namespace
+
+// The main window: start-up in its order and its variants, the menus and the language switch,
+// the orderly end, the sibling program, the busy dialog and the status bar's echo switch.
+class TestMainWindow : public QObject {
+    Q_OBJECT
+private slots:
+    void firstStartShowsEveryWindowInOrder() {
+        ShellRig rig;
+        rig.start();
+        QCOMPARE(frameOrder(rig), kChildOrder);
+        for (const QString& name : kChildOrder)
+            QVERIFY2(rig.find<ChildWindow>(name)->isVisible(), qPrintable(name));
+        for (const char* name : {"SystemBar", "LblCom", "LblDateTime", "LabelAxisNum",
+                                 "ShpStatus(0)", "ShpStatus(1)", "LblSVON"})
+            QVERIFY2(rig.find(QString::fromLatin1(name)), name);
+        for (const char* name : {"InCOMDialog", "CommSettings", "OptionDialog", "Version"})
+            QVERIFY2(!rig.find(QString::fromLatin1(name))->isVisible(), name);
+
+        // Defaults: English, port 1, axis 0, 9600 baud, RS-232C, online, and the first poll.
+        QCOMPARE(rig.window->windowTitle(), en(1020));
+        QCOMPARE(rig.find<ChildWindow>(u"PrmTbl"_s)->windowTitle(), en(1058));
+        QCOMPARE(rig.find<QLabel>(u"Label1"_s)->text(), en(1600));
+        QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"0"_s);
+        QCOMPARE(rig.port()->backEnd(), BackEnd::Rs232);
+        QCOMPARE(rig.port()->opens.value(0).second, 9600);
+        QCOMPARE(rig.sent(), QStringList{"0ma"});
+        QVERIFY(rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
+        QVERIFY(rig.messages.isEmpty());
+
+        // The Window menu lists the child windows.
+        QMenu* windowMenu = rig.find<QMenu>(u"mnuWindow"_s);
+        emit windowMenu->aboutToShow();
+        QCOMPARE(windowMenu->actions().size(), kChildOrder.size());
+        QCOMPARE(windowMenu->actions().first()->text(), "&1 " + en(1051));
+
+        // A child's close box minimises it.
+        QWidget* frame = rig.find(u"NumMonitor"_s)->parentWidget();
+        QVERIFY(!frame->close());
+        QVERIFY(frame->isMinimized() && frame->isVisible());
+    }
+
+    void portThatCannotOpenAsksForTheSettings() {
+        ShellRig rig;
+        rig.refuseOpen = true;
+        rig.start();
+        QCOMPARE(rig.messages.size(), 1);
+        QVERIFY(rig.messages[0].text.startsWith(en(1702)));
+        QCOMPARE(rig.messages[0].title, en(1703));
+        QCOMPARE(rig.messages[0].icon, QMessageBox::Critical);
+        QVERIFY(rig.find(u"CommSettings"_s)->isVisible());
+        QVERIFY(!rig.link().PortOpen);
+    }
+
+    void offlineStartSendsNothing() {
+        ShellRig rig({{"COMSetting/Online", "False"}, {"Language/Language", "1"}});
+        rig.start();
+        rig.ticks(10);
+        QVERIFY(rig.port()->frames.isEmpty());
+        QVERIFY(rig.port()->opens.isEmpty());
+        QCOMPARE(rig.window->windowTitle(), ja(1021));
+        QVERIFY(!rig.find<ComConsoleWindow>(u"ComConsole"_s)->consoleEnabled());
+        QVERIFY(!rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
+        QVERIFY(!rig.find(u"CommSettings"_s)->isVisible());
+        QVERIFY(rig.find<QAction>(u"mnuSystemLang(1)"_s)->isChecked());
+    }
+
+    void allAxesStartsWithTransfersDisabled() {
+        ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}});
+        rig.start();
+        QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"15"_s);
+        for (const QString& name : kChildOrder) {
+            QVERIFY2(!rig.find<ChildWindow>(name)->transferButtonsEnabled(), qPrintable(name));
+        }
+        QVERIFY(rig.port()->frames.isEmpty());
+    }
+
+    void languageSwitchRelabelsEverythingAtOnce() {
+        ShellRig rig;
+        rig.start();
+        rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
+        QCOMPARE(rig.link().LanguageId, 1);
+        QVERIFY(rig.find<QAction>(u"mnuSystemLang(1)"_s)->isChecked());
+        QVERIFY(!rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
+        QCOMPARE(rig.find<QMenu>(u"mnuFile"_s)->title(), ja(1000));
+        QCOMPARE(rig.find<QAction>(u"mnuFileItem(0)"_s)->text(), ja(1001));
+        QCOMPARE(rig.find<QAction>(u"mnuSystemItem(4)"_s)->text(), ja(1008));
+        QCOMPARE(rig.find<ChildWindow>(u"HMon"_s)->windowTitle(), ja(1054));
+        QCOMPARE(rig.find<QLabel>(u"Label1(0)"_s)->text(), ja(1100));
+        QCOMPARE(rig.find<QLabel>(u"LblCom"_s)->text(), ja(1603));
+        // The caption follows only the next online/offline change.
+        QCOMPARE(rig.window->windowTitle(), en(1020));
+    }
+
+    void quitSavesEverySetting() {
+        ShellRig rig;
+        rig.refuseOpen = true;
+        rig.start();
+        // The comm settings are open and the monitor suspended while they are.
+        QVERIFY(rig.find(u"CommSettings"_s)->isVisible());
+        QVERIFY(!rig.link().RealTimeMonitor);
+        rig.link().PortNumber = 3;
+        rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
+        rig.engine().setPollIntervalMs(600);
+        QVERIFY(!QFile::exists(rig.settingsFile()));
+        rig.find<QAction>(u"mnuFileItem(0)"_s)->trigger();
+        QVERIFY(!rig.window->isVisible());
+        QCOMPARE(rig.stored(u"COMSetting/PortNumber"_s), u"3"_s);
+        QCOMPARE(rig.stored(u"Language/Language"_s), u"1"_s);
+        QCOMPARE(rig.stored(u"COMSetting/RetryTime"_s), u"600"_s);
+        QCOMPARE(rig.stored(u"COMSetting/RtMon"_s), u"True"_s);
+        QCOMPARE(rig.stored(u"COMSetting/Online"_s), u"True"_s);
+        QCOMPARE(rig.stored(u"WaveMonSettings/TrgPosition"_s), u"128"_s);
+    }
+
+    void abnormalEndLeavesTheStoreAsItWas() {
+        ShellRig rig({{"COMSetting/PortNumber", "2"}});
+        rig.start();
+        rig.link().PortNumber = 5;
+        rig.window.reset();
+        QCOMPARE(rig.stored(u"COMSetting/PortNumber"_s), u"2"_s);
+        QVERIFY(rig.stored(u"Language/Language"_s).isEmpty());
+    }
+
+    void softwareVersionChange() {
+        ShellRig rig;
+        rig.start();
+        QAction* change = rig.find<QAction>(u"mnuSystemItem(4)"_s);
+        change->trigger();
+        // Neither file is there: the message names what was looked for, nothing ends.
+        QCOMPARE(rig.messages.size(), 1);
+        const QString text = rig.messages[0].text;
+        QVERIFY2(text.contains(u"VeloraIntegral_EN"_s), qPrintable(text));
+        QVERIFY(text.endsWith(u"\nFile Not Found."_s));
+        QCOMPARE(rig.messages[0].title, u"Error"_s);
+        QVERIFY(rig.window->isVisible());
+        QVERIFY(!QFile::exists(rig.settingsFile()));
+        const QSettings sibling(rig.dir.filePath(u"Halvern Electronics Velora Int.conf"_s),
+                                QSettings::IniFormat);
+        QCOMPARE(sibling.value(u"Setting/SkipFg"_s).toString(), u"False"_s);
+#ifndef Q_OS_WIN
+        // The English build is there: it starts, and this program saves and ends.
+        QFile english(rig.dir.filePath(u"VeloraIntegral_EN"_s));
+        QVERIFY(english.open(QIODevice::WriteOnly));
+        english.write("#!/bin/sh\nexit 0\n");
+        english.close();
+        english.setPermissions(english.permissions() | QFileDevice::ExeOwner);
+        change->trigger();
+        QCOMPARE(rig.messages.size(), 1);
+        QVERIFY(!rig.window->isVisible());
+        QCOMPARE(rig.stored(u"COMSetting/Online"_s), u"True"_s);
+#endif
+    }
+
+    void busyDialogGoesOnlyWhenTheLinkHidesIt() {
+        ShellRig rig;
+        rig.start();
+        auto* busy = rig.find<QDialog>(u"InCOMDialog"_s);
+        rig.engine().ShowBusyDialog();
+        QVERIFY(busy->isVisible());
+        QCOMPARE(busy->windowTitle(), en(1804));
+        QCOMPARE(busy->findChild<QLabel*>(u"Label1"_s)->text(), en(1805));
+        QVERIFY(!busy->close());
+        QTest::keyClick(busy, Qt::Key_Escape);
+        QVERIFY(busy->isVisible());
+        rig.engine().HideDialog();
+        QVERIFY(!busy->isVisible());
+        QVERIFY(!rig.link().BusyDialogShown);
+    }
+
+    void echoSwitchOnTheComLabel() {
+        ShellRig rig;
+        rig.start();
+        auto* com = rig.find<QLabel>(u"LblCom"_s);
+        QTest::mouseClick(com, Qt::MiddleButton, Qt::ControlModifier);
+        QVERIFY(!rig.link().EchoPolls);
+        QTest::mouseClick(com, Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(rig.link().EchoPolls);
+        rig.ticks(2);
+        QCOMPARE(rig.find<QLineEdit>(u"ComText(0)"_s)->text(), u"0ma"_s);
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
