@@ -55,12 +55,16 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       global_(global),
       setup_(std::move(setup)),
       ui_(boxes_),
-      engine_(global.Link, ui_, setup_.ticks) {
+      engine_(global.Link, ui_, setup_.ticks),
+      params_(engine_, global.Params),
+      monitor_(engine_),
+      alarms_(engine_, global.Alarms) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
     buildWindows();
     buildMenus();
+    connectReplyFamilies();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
     resize(1220, 860);
 }
@@ -69,6 +73,20 @@ MDIParent::~MDIParent() {
     // Its port search unhooks itself from the engine, which as a member goes before the
     // child widgets do.
     delete commSettings_;
+}
+
+void MDIParent::connectReplyFamilies() {
+    connect(&params_, &ParamTransfer::portSearchSucceeded, commSettings_,
+            &CommSettings::onIdentified);
+    connect(&monitor_, &RealTimeMonitor::ShowServoStatus, systemBar_,
+            [this](const ServoStatusView& status) {
+                const IndicatorColours run = status.runLampColours();
+                const IndicatorColours alarm = status.alarmLampColours();
+                const IndicatorColours svon = status.svonColours();
+                systemBar_->setLamp(0, QColor(QRgb(run.fill)), QColor(QRgb(run.back)));
+                systemBar_->setLamp(1, QColor(QRgb(alarm.fill)), QColor(QRgb(alarm.back)));
+                systemBar_->setServoOnColours(QColor(QRgb(svon.back)), QColor(QRgb(svon.fill)));
+            });
 }
 
 void MDIParent::buildWindows() {

@@ -4,6 +4,9 @@
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
 #include "link/LinkEngine.h"
+#include "monitor/AlarmMonitor.h"
+#include "monitor/RealTimeMonitor.h"
+#include "params/ParamTransfer.h"
 
 #include <QMainWindow>
 
@@ -58,6 +61,9 @@ public:
     [[nodiscard]] LinkEngine& engine() { return engine_; }
     [[nodiscard]] MessageBoxes& messageBoxes() { return boxes_; }
     [[nodiscard]] SystemBar* systemBar() const { return systemBar_; }
+    [[nodiscard]] ParamTransfer& paramTransfer() { return params_; }
+    [[nodiscard]] RealTimeMonitor& realTimeMonitor() { return monitor_; }
+    [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
@@ -68,6 +74,7 @@ protected:
 private:
     void buildMenus();
     void buildWindows();
+    void connectReplyFamilies();
     void refreshWindowMenu();
     void mnuSystemItem_Click(int index);
     void mnuSystemLang_Click(int index);
@@ -79,6 +86,12 @@ private:
     MessageBoxes boxes_;
     AppLinkUi ui_;
     LinkEngine engine_;
+    // The reply families run beside the engine, not inside a window, so that identification
+    // and the monitor chain work whatever window is open. Declared after the engine: they
+    // unhook themselves from it first.
+    ParamTransfer params_;
+    RealTimeMonitor monitor_;
+    AlarmMonitor alarms_;
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
