@@ -32,14 +32,14 @@ namespace {
 
 // Where each child window starts inside the frame, in start-up order after the status bar.
 constexpr std::array<QRect, 8> kPlacement{{
-    {0, 0, 560, 240},      // ComConsole
-    {0, 250, 560, 380},    // PrmTbl
-    {30, 280, 560, 380},   // PointTbl
-    {60, 310, 420, 380},   // ComTbl
-    {570, 0, 330, 440},    // NumMonitor
-    {910, 0, 290, 210},    // IOStatus
-    {910, 220, 290, 220},  // AlarmMon
-    {570, 450, 630, 330},  // HMon
+    {0, 0, 560, 240},       // ComConsole
+    {0, 250, 560, 380},     // PrmTbl
+    {30, 280, 560, 380},    // PointTbl
+    {60, 310, 420, 380},    // ComTbl
+    {570, 0, 420, 440},     // NumMonitor: values and status side by side
+    {1000, 0, 290, 210},    // IOStatus
+    {1000, 220, 290, 220},  // AlarmMon
+    {570, 450, 720, 330},   // HMon
 }};
 
 template <typename W>
@@ -66,7 +66,7 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
     buildMenus();
     connectReplyFamilies();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
-    resize(1220, 860);
+    resize(1300, 860);
 }
 
 MDIParent::~MDIParent() {
@@ -102,10 +102,10 @@ void MDIParent::buildWindows() {
 
     // Each goes into a frame of the MDI area right after.
     comConsole_ = new ComConsoleWindow(mdiArea_);
-    prmTbl_ = new PrmTblWindow(mdiArea_);
+    prmTbl_ = new PrmTblWindow(global_, engine_, params_, boxes_, mdiArea_);
     pointTbl_ = new PointTblWindow(mdiArea_);
     comTbl_ = new ComTblWindow(mdiArea_);
-    numMonitor_ = new NumMonitorWindow(mdiArea_);
+    numMonitor_ = new NumMonitorWindow(monitor_, global_.Link, mdiArea_);
     ioStatus_ = new IOStatusWindow(mdiArea_);
     alarmMon_ = new AlarmMonWindow(mdiArea_);
     hMon_ = new HMonWindow(mdiArea_);
@@ -122,6 +122,7 @@ void MDIParent::buildWindows() {
         global_, engine_, [this] { return comConsole_->commandSendVisible(); }, this);
     versionDialog_ = new VersionDialog(global_.Link, this);
     connect(commSettings_, &CommSettings::axisNumberApplied, systemBar_, &SystemBar::setAxisNumber);
+    connect(commSettings_, &CommSettings::parameterStored, prmTbl_, &PrmTblWindow::showParameter);
     connect(commSettings_, &CommSettings::onlineChanged, this,
             [this](bool online) { CaptionOffLineChange(global_.Link.LanguageId, online ? 0 : 1); });
 

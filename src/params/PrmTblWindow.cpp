@@ -1,14 +1,325 @@
 #include "params/PrmTblWindow.h"
 
+#include "app/MessageBoxes.h"
 #include "app/TextCatalogue.h"
+#include "link/LinkEngine.h"
+#include "params/ParamCatalogue.h"
+#include "params/ParamFile.h"
+#include "params/ParamTransfer.h"
+#include "params/SprmTblWindow.h"
+#include "shared/Global.h"
+
+#include <QFileDialog>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace velora {
 
-PrmTblWindow::PrmTblWindow(QWidget* parent) : ChildWindow(QStringLiteral("PrmTbl"), parent) {
+namespace {
+
+// How far the system parameter window opens below and to the right of this one.
+constexpr QPoint SystemWindowOffset{30, 30};
+
+QMessageBox::StandardButtons buttonsOf(CautionButtons buttons) {
+    switch (buttons) {
+        case CautionButtons::OkCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case CautionButtons::YesNo:
+            return QMessageBox::Yes | QMessageBox::No;
+        case CautionButtons::Ok:
+            break;
+    }
+    return QMessageBox::Ok;
+}
+
+}  // namespace
+
+PrmTblWindow::PrmTblWindow(Global& global, LinkEngine& engine, ParamTransfer& transfer,
+                           MessageBoxes& boxes, QWidget* parent)
+    : ChildWindow(QStringLiteral("PrmTbl"), parent),
+      global_(global),
+      engine_(engine),
+      transfer_(transfer),
+      boxes_(boxes),
+      edit_(global),
+      file_(new ParamFile(engine, transfer, global.Params, this)) {
+    auto* column = new QVBoxLayout(this);
+    SSTabPrm = new QTabWidget(this);
+    SSTabPrm->setObjectName(QStringLiteral("SSTabPrm"));
+    column->addWidget(SSTabPrm, 1);
+    buildTabs();
+    buildButtons();
+    // Its own window until the gesture first places it beside this one. Made after the tabs,
+    // so that a search by name below this window meets this window's boxes first.
+    sprm_ = new SprmTblWindow(global.Params, this);
+    sprm_->setWindowFlag(Qt::Window);
+    sprm_->hide();
+    connectSources();
+    showAllValues();
+    applyControls();
+}
+
+PrmTblWindow::~PrmTblWindow() = default;
+
+void PrmTblWindow::buildTabs() {
+    int unitLabels = 0;
+    for (int tab = 0; tab < PrmEdit::BoxCount / PrmEdit::BoxesPerTab; ++tab) {
+        auto* page = new QWidget(SSTabPrm);
+        auto* grid = new QGridLayout(page);
+        for (int row = 0; row < PrmEdit::BoxesPerTab; ++row) {
+            const int n = tab * PrmEdit::BoxesPerTab + row;
+            const auto i = static_cast<std::size_t>(n);
+            Label1[i] = new QLabel(page);
+            Label1[i]->setObjectName(QStringLiteral("Label1(%1)").arg(n));
+            TxtPrm[i] = new QLineEdit(page);
+            TxtPrm[i]->setObjectName(QStringLiteral("TxtPrm(%1)").arg(n));
+            TxtPrm[i]->setFixedWidth(110);
+            TxtPrm[i]->installEventFilter(this);
+            Label1[i]->setBuddy(TxtPrm[i]);
+            grid->addWidget(Label1[i], row, 0);
+            grid->addWidget(TxtPrm[i], row, 1);
+            if (ParamCatalogue::unit(n) != ParamCatalogue::Unit::None) {
+                auto* unit = new QLabel(page);
+                unit->setObjectName(QStringLiteral("Label2(%1)").arg(unitLabels++));
+                grid->addWidget(unit, row, 2);
+                Label2.append({n, unit});
+            }
+        }
+        grid->setColumnStretch(0, 1);
+        grid->setColumnMinimumWidth(2, 70);
+        const int first = tab * PrmEdit::BoxesPerTab;
+        SSTabPrm->addTab(page, QStringLiteral("%1 - %2")
+                                   .arg(first, 2, 10, QLatin1Char('0'))
+                                   .arg(first + PrmEdit::BoxesPerTab - 1, 2, 10, QLatin1Char('0')));
+    }
+    SSTabPrm->setCurrentIndex(0);
+}
+
+void PrmTblWindow::buildButtons() {
+    auto* row = new QHBoxLayout;
+    for (int i = 0; i < ButtonCount; ++i) {
+        auto* button = new QPushButton(this);
+        button->setObjectName(QStringLiteral("Command(%1)").arg(i));
+        connect(button, &QPushButton::clicked, this, [this, i] { Command_Click(i); });
+        row->addWidget(button);
+        Command[static_cast<std::size_t>(i)] = button;
+    }
+    // The system parameter window opens by a gesture over Write File.
+    Command[WriteFile]->installEventFilter(this);
+    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+}
+
+void PrmTblWindow::connectSources() {
+    connect(&transfer_, &ParamTransfer::valuesRefreshed, this, [this] {
+        showAllValues();
+        for (int n = 0; n < PrmEdit::BoxCount; ++n)
+            setColour(n, BoxColour::Clean);
+    });
+    connect(&transfer_, &ParamTransfer::valueRefreshed, this, &PrmTblWindow::showParameter);
+    connect(&transfer_, &ParamTransfer::parameterWritten, this, [this](int number) {
+        if (number < PrmEdit::BoxCount)
+            setColour(number, BoxColour::Clean);
+    });
+    connect(&transfer_, &ParamTransfer::transferFinished, this, [this](ParamTransfer::Chain chain) {
+        if (chain == ParamTransfer::Chain::ReadAll || chain == ParamTransfer::Chain::Write)
+            Command[WriteServo]->setEnabled(false);
+    });
+    connect(file_, &ParamFile::valueLoaded, this, [this](int number, bool marked) {
+        showParameter(number);
+        if (marked && number < PrmEdit::BoxCount)
+            setColour(number, BoxColour::FileLoaded);
+    });
+    connect(file_, &ParamFile::fileLoaded, this, [this](bool enableWriteServo) {
+        // The table now holds values: the write buttons follow the controls from here on.
+        applyControls();
+        if (enableWriteServo)
+            Command[WriteServo]->setEnabled(true);
+    });
+    connect(sprm_, &SprmTblWindow::shownChanged, this,
+            [this](bool shown) { transfer_.setSystemWindowShown(shown); });
 }
 
 void PrmTblWindow::LanguageSelect(int languageId) {
     setWindowTitle(TextCatalogue::text(languageId, 1058));
+    for (int n = 0; n < PrmEdit::BoxCount; ++n)
+        Label1[static_cast<std::size_t>(n)]->setText(ParamCatalogue::label(languageId, n));
+    for (const auto& [n, unit] : Label2)
+        unit->setText(ParamCatalogue::unitText(languageId, ParamCatalogue::unit(n)));
+    Command[WriteFile]->setText(TextCatalogue::text(languageId, 1561));
+    Command[ReadFile]->setText(TextCatalogue::text(languageId, 1562));
+    Command[WriteServo]->setText(TextCatalogue::text(languageId, 1563));
+    Command[ReadServo]->setText(TextCatalogue::text(languageId, 1564));
+}
+
+void PrmTblWindow::EnableControls(bool enable) {
+    ChildWindow::EnableControls(enable);
+    applyControls();
+}
+
+void PrmTblWindow::DisableTransferButtons() {
+    ChildWindow::DisableTransferButtons();
+    Command[WriteServo]->setEnabled(false);
+    Command[ReadServo]->setEnabled(false);
+}
+
+void PrmTblWindow::applyControls() {
+    const PrmEdit::Controls c = PrmEdit::controls(controlsEnabled(), global_.Params.ParamsLoaded);
+    for (QLineEdit* box : TxtPrm)
+        box->setEnabled(c.boxes);
+    sprm_->setBoxesEnabled(c.boxes);
+    Command[WriteFile]->setEnabled(c.writeFile);
+    Command[ReadFile]->setEnabled(c.readFile);
+    Command[WriteServo]->setEnabled(c.writeServo);
+    Command[ReadServo]->setEnabled(c.readServo);
+}
+
+void PrmTblWindow::Command_Click(int index) {
+    switch (index) {
+        case WriteFile:
+            file_->write(chooseFile(true));
+            break;
+        case ReadFile:
+            file_->read(chooseFile(false));
+            break;
+        case WriteServo:
+            transfer_.writeChanged();
+            break;
+        case ReadServo:
+            transfer_.readAll();
+            break;
+        default:
+            break;
+    }
+}
+
+QString PrmTblWindow::chooseFile(bool save) {
+    QFileDialog dialog(this, Command[save ? WriteFile : ReadFile]->text());
+    dialog.setObjectName(QStringLiteral("CommonDialog1"));
+    dialog.setNameFilters({QStringLiteral("Parameter(*.prm)"), QStringLiteral("All(*.*)")});
+    dialog.setDefaultSuffix(QStringLiteral("prm"));
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    // Cancel is silent: no name, nothing done.
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return dialog.selectedFiles().value(0);
+}
+
+void PrmTblWindow::showSystemWindow() {
+    auto* frame = qobject_cast<QMdiSubWindow*>(sprm_->parentWidget());
+    auto* ownFrame = qobject_cast<QMdiSubWindow*>(parentWidget());
+    if (!frame && ownFrame && ownFrame->mdiArea()) {
+        frame = ownFrame->mdiArea()->addSubWindow(sprm_);
+        frame->setGeometry(QRect(ownFrame->pos() + SystemWindowOffset, ownFrame->size()));
+    }
+    if (frame) {
+        frame->showNormal();
+        sprm_->show();
+        frame->mdiArea()->setActiveSubWindow(frame);
+        return;
+    }
+    sprm_->show();
+    sprm_->raise();
+    sprm_->activateWindow();
+}
+
+void PrmTblWindow::showParameter(int number) {
+    if (number >= 0 && number < PrmEdit::BoxCount)
+        TxtPrm[static_cast<std::size_t>(number)]->setText(edit_.boxText(number));
+    else if (number >= PrmEdit::BoxCount && number < ParamTables::Count)
+        sprm_->showValue(number - SprmEdit::FirstParam);
+}
+
+void PrmTblWindow::showAllValues() {
+    for (int n = 0; n < ParamTables::Count; ++n)
+        showParameter(n);
+}
+
+void PrmTblWindow::setColour(int n, BoxColour colour) {
+    QLineEdit* box = TxtPrm.at(static_cast<std::size_t>(n));
+    QPalette palette = box->palette();
+    palette.setColor(QPalette::Base, QColor(QRgb(boxRgb(colour))));
+    box->setPalette(palette);
+}
+
+int PrmTblWindow::boxIndex(const QObject* object) const {
+    const auto it = std::find(TxtPrm.cbegin(), TxtPrm.cend(), object);
+    return it == TxtPrm.cend() ? -1 : static_cast<int>(it - TxtPrm.cbegin());
+}
+
+bool PrmTblWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == Command[WriteFile] && event->type() == QEvent::MouseButtonRelease) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (PrmEdit::opensSystemWindow(mouse->button(), mouse->modifiers()))
+            showSystemWindow();
+        return ChildWindow::eventFilter(watched, event);
+    }
+    const int n = boxIndex(watched);
+    if (n < 0)
+        return ChildWindow::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress) {
+        const FieldKey key = fieldKeyOf(static_cast<QKeyEvent*>(event)->key());
+        if (key != FieldKey::Other) {
+            onKey(n, key);
+            return true;
+        }
+    } else if (event->type() == QEvent::FocusOut && !checking_) {
+        // Another window, a menu or a caution taking the focus is not leaving the box.
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+            onLeave(n);
+    }
+    return ChildWindow::eventFilter(watched, event);
+}
+
+void PrmTblWindow::onKey(int n, FieldKey key) {
+    const KeyOutcome out = edit_.keyDown(n, key);
+    follow(n, out.edit);
+    SSTabPrm->setCurrentIndex(out.tab);
+    TxtPrm.at(static_cast<std::size_t>(out.focus))->setFocus(Qt::OtherFocusReason);
+}
+
+void PrmTblWindow::onLeave(int n) {
+    follow(n, edit_.leave(n, TxtPrm.at(static_cast<std::size_t>(n))->text()));
+}
+
+void PrmTblWindow::follow(int n, EditOutcome outcome) {
+    const QScopedValueRollback guard(checking_, true);
+    apply(n, outcome);
+    bool paused = false;
+    if (outcome.pausePolling) {
+        engine_.pauseTimer1();
+        paused = true;
+    }
+    while (outcome.caution.kind != CautionKind::None) {
+        const QMessageBox::StandardButton pressed =
+            boxes_.show(outcome.caution.text, outcome.caution.caption, QMessageBox::Warning,
+                        buttonsOf(outcome.caution.buttons));
+        outcome = edit_.answer(pressed == QMessageBox::Ok || pressed == QMessageBox::Yes);
+        apply(n, outcome);
+    }
+    if (paused)
+        engine_.resumeTimer1();
+}
+
+void PrmTblWindow::apply(int n, const EditOutcome& outcome) {
+    if (outcome.colour)
+        setColour(n, *outcome.colour);
+    for (const int refreshed : outcome.refreshed)
+        showParameter(refreshed);
 }
 
 }  // namespace velora

@@ -1,16 +1,91 @@
 #pragma once
 
 #include "app/ChildWindow.h"
+#include "params/ParamEdit.h"
+#include "params/ParamEditOutcome.h"
+
+#include <QList>
+
+#include <array>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTabWidget;
 
 namespace velora {
 
-// The parameter window (servo parameters 00-59). Its editor arrives with the parameter subsystem.
+class LinkEngine;
+class MessageBoxes;
+class ParamFile;
+class ParamTransfer;
+class SprmTblWindow;
+struct Global;
+
+// The parameter window: the servo parameters 00-59 on six tabs of ten, each with its label,
+// value box and unit, and the four transfer buttons (Write File, Read File, Write Servo, Read
+// Servo). The editing rules are PrmEdit's; this window shows what they decide, asks the
+// cautions they raise, and follows the transfers and the parameter file through their signals.
+// It owns the system parameter window, which a hidden gesture over Write File opens.
 class PrmTblWindow : public ChildWindow {
     Q_OBJECT
 public:
-    explicit PrmTblWindow(QWidget* parent = nullptr);
+    static constexpr int ButtonCount = 4;
+    enum Button { WriteFile = 0, ReadFile = 1, WriteServo = 2, ReadServo = 3 };
+
+    PrmTblWindow(Global& global, LinkEngine& engine, ParamTransfer& transfer, MessageBoxes& boxes,
+                 QWidget* parent = nullptr);
+    ~PrmTblWindow() override;
+    Q_DISABLE_COPY_MOVE(PrmTblWindow)
 
     void LanguageSelect(int languageId) override;
+    void EnableControls(bool enable) override;
+    void DisableTransferButtons() override;
+
+    // The actions of the four buttons, by index.
+    void Command_Click(int index);
+    // Shows the system parameter window (modeless) beside this one.
+    void showSystemWindow();
+    // Box of parameter `number` (00-59 here, 60-119 in the system parameter window) shows its
+    // table value anew; the colour stays.
+    void showParameter(int number);
+
+    [[nodiscard]] SprmTblWindow* systemWindow() const { return sprm_; }
+    [[nodiscard]] ParamFile& paramFile() const { return *file_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void buildTabs();
+    void buildButtons();
+    void connectSources();
+    void applyControls();
+    [[nodiscard]] int boxIndex(const QObject* object) const;
+    void onKey(int n, FieldKey key);
+    void onLeave(int n);
+    void follow(int n, EditOutcome outcome);
+    void apply(int n, const EditOutcome& outcome);
+    void showAllValues();
+    void setColour(int n, BoxColour colour);
+    [[nodiscard]] QString chooseFile(bool save);
+
+    Global& global_;
+    LinkEngine& engine_;
+    ParamTransfer& transfer_;
+    MessageBoxes& boxes_;
+    PrmEdit edit_;
+    ParamFile* file_ = nullptr;
+    SprmTblWindow* sprm_ = nullptr;
+
+    QTabWidget* SSTabPrm = nullptr;
+    std::array<QLineEdit*, PrmEdit::BoxCount> TxtPrm{};
+    std::array<QLabel*, PrmEdit::BoxCount> Label1{};
+    // Unit labels with the parameter they stand beside.
+    QList<QPair<int, QLabel*>> Label2;
+    std::array<QPushButton*, ButtonCount> Command{};
+    // A box is being checked: focus changes made by the check itself check nothing.
+    bool checking_ = false;
 };
 
 }  // namespace velora

@@ -1,0 +1,282 @@
+#include "app/TransportFactory.h"
+#include "params/ParamCatalogue.h"
+#include "params/PrmTblWindow.h"
+#include "params/SprmTblWindow.h"
+#include "sim/Drive.h"
+#include "sim/DriveBus.h"
+#include "sim/SimulatedLine.h"
+
+#include "ShellRig.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QtTest>
+
+using namespace velora;
+using namespace Qt::StringLiterals;
+using namespace velora::test;
+
+Q_DECLARE_METATYPE(Qt::Key)
+
+namespace {
+
+QString boxName(int n) {
+    return u"TxtPrm(%1)"_s.arg(n);
+}
+
+// A "pa" reply of axis 0 carrying value n + 1 for parameter n.
+QString readAllReply() {
+    QString text = u"0pa"_s;
+    for (int n = 0; n < ParamTables::Count; ++n)
+        text += u"%1 "_s.arg(n + 1, 8, 16, QLatin1Char('0')).toUpper();
+    return text;
+}
+
+QRgb baseOf(const QLineEdit* box) {
+    return box->palette().color(QPalette::Base).rgb() & 0xFFFFFF;
+}
+
+}  // namespace
+
+// The parameter window and the system parameter window inside the main window: what a user
+// sees, types and clicks, over a fake port or the simulated drive.
+class TestPrmTbl : public QObject {
+    Q_OBJECT
+private:
+    struct Rig : ShellRig {
+        using ShellRig::ShellRig;
+        [[nodiscard]] PrmTblWindow* prm() const { return find<PrmTblWindow>(u"PrmTbl"_s); }
+        [[nodiscard]] QLineEdit* box(int n, const QWidget* in = nullptr) const {
+            return find<QLineEdit>(boxName(n), in ? in : find(u"SSTabPrm"_s, prm()));
+        }
+        [[nodiscard]] QPushButton* button(int i) const {
+            return find<QPushButton>(u"Command(%1)"_s.arg(i), prm());
+        }
+        // Started, with the controls unlocked as the drive's first answer would.
+        void startAnswered() {
+            start();
+            engine().EnableControls(true);
+        }
+        void type(int n, const QString& text) {
+            prm()->findChild<QTabWidget*>(u"SSTabPrm"_s)->setCurrentIndex(n / 10);
+            // The busy dialog, once hidden, leaves no window active on the offscreen platform.
+            QApplication::setActiveWindow(window.get());
+            typeAndLeave(box(n), text);
+        }
+    };
+
+private slots:
+    void showsEveryParameterWithLabelUnitAndButtons() {
+        Rig rig;
+        rig.start();
+        const auto* tabs = rig.prm()->findChild<QTabWidget*>(u"SSTabPrm"_s);
+        QCOMPARE(tabs->count(), 6);
+        QCOMPARE(tabs->currentIndex(), 0);
+        QCOMPARE(tabs->tabText(5), u"50 - 59"_s);
+        for (int n = 0; n < 60; ++n) {
+            const auto* label = rig.find<QLabel>(u"Label1(%1)"_s.arg(n), rig.prm());
+            QVERIFY2(label && label->buddy() == rig.box(n), qPrintable(boxName(n)));
+            QCOMPARE(label->text(), ParamCatalogue::label(0, n));
+        }
+        QVERIFY(rig.find(u"Label2(35)"_s, rig.prm()) && !rig.find(u"Label2(36)"_s, rig.prm()));
+        QCOMPARE(rig.box(17)->text(), u"0"_s);
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(rig.button(i)->text(), en(1561 + i));
+
+        rig.window->findChild<QAction*>(u"mnuSystemLang(1)"_s)->trigger();
+        QCOMPARE(rig.prm()->windowTitle(), ja(1058));
+        QCOMPARE(rig.find<QLabel>(u"Label1(2)"_s, rig.prm())->text(), ja(1502));
+        QCOMPARE(rig.find<QLabel>(u"Label2(0)"_s, rig.prm())->text(), ja(1560));
+        QCOMPARE(rig.button(3)->text(), ja(1564));
+    }
+
+    void leavingABoxChecksClampsAndColours_data() {
+        QTest::addColumn<int>("n");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("marked");
+        QTest::newRow("last nine digits, clamped")
+            << 17 << u"1234567890123"_s << u"99999"_s << true;
+        QTest::newRow("below the minimum") << 2 << u"0"_s << u"1"_s << true;
+        QTest::newRow("clamped up") << 49 << u"10"_s << u"24"_s << true;
+        QTest::newRow("halves to even, down") << 18 << u"12.5"_s << u"12"_s << true;
+        QTest::newRow("halves to even, up") << 18 << u"13.5"_s << u"14"_s << true;
+        QTest::newRow("not a number restores") << 18 << u"12a"_s << u"0"_s << false;
+        QTest::newRow("same value") << 18 << u"0"_s << u"0"_s << false;
+    }
+    void leavingABoxChecksClampsAndColours() {
+        QFETCH(int, n);
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(bool, marked);
+        Rig rig;
+        rig.start();
+        rig.type(n, typed);
+        QCOMPARE(rig.box(n)->text(), shown);
+        QCOMPARE(rig.global.Params.ParamChanged[static_cast<std::size_t>(n)], marked);
+        QCOMPARE(baseOf(rig.box(n)), marked ? 0xFF8080u : 0xFFFFFFu);
+        QVERIFY(rig.messages.isEmpty());
+    }
+
+    void movementKeysMoveTheFocusAndTheTab_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<int>("to");
+        QTest::newRow("enter") << 3 << Qt::Key_Return << 4;
+        QTest::newRow("enter wraps") << 59 << Qt::Key_Enter << 0;
+        QTest::newRow("down to the next tab") << 9 << Qt::Key_Down << 10;
+        QTest::newRow("up wraps") << 0 << Qt::Key_Up << 59;
+        QTest::newRow("other key stays") << 5 << Qt::Key_Left << 5;
+    }
+    void movementKeysMoveTheFocusAndTheTab() {
+        QFETCH(int, from);
+        QFETCH(Qt::Key, key);
+        QFETCH(int, to);
+        Rig rig;
+        rig.start();
+        rig.type(from, u"7"_s);  // leaves the focus in the next box
+        rig.prm()->findChild<QTabWidget*>(u"SSTabPrm"_s)->setCurrentIndex(from / 10);
+        rig.box(from)->setFocus();
+        QTest::keyClick(rig.box(from), key);
+        QCOMPARE(QApplication::focusWidget(), rig.box(to));
+        QCOMPARE(rig.prm()->findChild<QTabWidget*>(u"SSTabPrm"_s)->currentIndex(), to / 10);
+    }
+
+    void enterInBox10AppliesThePresetUnmarked() {
+        Rig rig;
+        rig.start();
+        rig.global.Params.ParamValue[10] = 3;
+        rig.type(10, u"3"_s);
+        rig.box(10)->setFocus();
+        QTest::keyClick(rig.box(10), Qt::Key_Return);
+        QVERIFY(rig.global.Params.ParamChanged[10]);
+        QCOMPARE(baseOf(rig.box(10)), 0xFF8080u);
+        QCOMPARE(rig.box(11)->text(), QString::number(ParamCatalogue::tuningPreset(0, 3)));
+        QCOMPARE(rig.box(16)->text(), QString::number(ParamCatalogue::tuningPreset(5, 3)));
+        QVERIFY(!rig.global.Params.ParamChanged[11]);
+        QCOMPARE(baseOf(rig.box(11)), 0xFFFFFFu);
+    }
+
+    void commandModeAsksThenCouplesWithThePollingStopped() {
+        Rig rig;
+        rig.start();
+        QList<bool> timerDuring;
+        rig.window->messageBoxes().setAnswerer([&](const MessageBoxes::Message& message) {
+            rig.messages.append(message);
+            timerDuring.append(rig.engine().timer1Active());
+            return QMessageBox::Ok;
+        });
+        rig.type(1, u"1"_s);
+        QCOMPARE(rig.messages.size(), 2);
+        QCOMPARE(rig.messages[0].text, en(1738));
+        QCOMPARE(rig.messages[0].buttons, QMessageBox::Ok | QMessageBox::Cancel);
+        QCOMPARE(rig.messages[0].icon, QMessageBox::Warning);
+        QVERIFY(rig.messages[1].text.startsWith(en(1740)));
+        QCOMPARE(timerDuring, (QList<bool>{false, false}));
+        QVERIFY(rig.engine().timer1Active());
+        QCOMPARE(rig.box(45)->text(), u"953"_s);
+        QVERIFY(!rig.global.Params.ParamChanged[45]);
+    }
+
+    void readServoFillsAndEnablesWriteServoThatSendsTheEdit() {
+        Rig rig;
+        rig.startAnswered();
+        QVERIFY(!rig.button(PrmTblWindow::WriteServo)->isEnabled());
+        QVERIFY(!rig.button(PrmTblWindow::WriteFile)->isEnabled());
+        QVERIFY(rig.button(PrmTblWindow::ReadServo)->isEnabled());
+        rig.type(20, u"5"_s);
+
+        QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
+        QVERIFY(QTest::qWaitFor([&rig] {
+            rig.ticks(1);
+            return rig.sent().contains(u"0pa"_s);
+        }));
+        QVERIFY(!rig.box(20)->isEnabled());  // locked while the drive answers
+        rig.port()->reply(readAllReply());
+        QCOMPARE(rig.box(20)->text(), u"21"_s);
+        QCOMPARE(baseOf(rig.box(20)), 0xFFFFFFu);
+        QCOMPARE(rig.find<QLineEdit>(boxName(9), rig.prm()->systemWindow())->text(), u"70"_s);
+        QVERIFY(rig.box(20)->isEnabled());
+        QVERIFY(rig.button(PrmTblWindow::WriteServo)->isEnabled());
+
+        rig.type(21, u"300"_s);
+        QTest::mouseClick(rig.button(PrmTblWindow::WriteServo), Qt::LeftButton);
+        const QString write = rig.global.Link.NonVolatileWrite[0] ? u"0PW15;12C"_s : u"0PT15;12C"_s;
+        QVERIFY(QTest::qWaitFor([&rig, &write] {
+            rig.ticks(1);
+            return rig.sent().contains(write);
+        }));
+        rig.port()->reply(write.left(3));
+        QCOMPARE(baseOf(rig.box(21)), 0xFFFFFFu);
+        QVERIFY(!rig.global.Params.ParamChanged[21]);
+    }
+
+    void hiddenGestureOpensTheSystemWindowThatRefuses() {
+        Rig rig;
+        rig.start();
+        rig.global.Params.ParamsLoaded = true;
+        rig.engine().EnableControls(true);
+        SprmTblWindow* sprm = rig.prm()->systemWindow();
+        QPushButton* writeFile = rig.button(PrmTblWindow::WriteFile);
+        QTest::mouseRelease(writeFile, Qt::MiddleButton,
+                            Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier);
+        QVERIFY(!sprm->isVisible());
+        QTest::mouseRelease(writeFile, Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
+        QVERIFY(sprm->isVisible());
+        QCOMPARE(sprm->windowTitle(), u"SystemParameter"_s);
+        QCOMPARE(rig.find<QLabel>(u"Label1(9)"_s, sprm)->text(), ParamCatalogue::label(1, 69));
+
+        QLineEdit* box69 = rig.box(9, sprm);
+        rig.global.Params.ParamValue[69] = 0;
+        ShellRig::typeAndLeave(box69, u"5"_s);
+        QCOMPARE(box69->text(), u"0"_s);
+        QVERIFY(!rig.global.Params.ParamChanged[69]);
+        QCOMPARE(baseOf(box69), 0xFFFFFFu);
+
+        QVERIFY(!sprm->close());
+        QVERIFY(!sprm->isVisible());
+    }
+
+    void endToEndAgainstTheSimulatedDrive() {
+        sim::SimOptions options;
+        options.fast = true;
+        sim::SimulatedLine line(options);
+        QVERIFY2(line.open(), qPrintable(line.errorString()));
+        QStringList heard;
+        connect(&line, &sim::SimulatedLine::commandReceived, this,
+                [&heard](const QString& text) { heard.append(text); });
+        const sim::DriveMemory& memory = line.bus().drive(0)->model().memory();
+
+        Rig rig({}, serialTransports(), line.devicePath());
+        rig.start();
+        const auto settle = [&rig](const std::function<bool()>& done) {
+            return QTest::qWaitFor(
+                [&] {
+                    rig.engine().tick();
+                    QTest::qWait(5);
+                    return done();
+                },
+                3000);
+        };
+        // The drive's first answer unlocks the buttons.
+        QVERIFY(settle([&rig] { return rig.button(PrmTblWindow::ReadServo)->isEnabled(); }));
+        QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
+        QVERIFY(settle([&rig] { return rig.global.Params.ParamsLoaded; }));
+        for (const int n : {0, 2, 17, 45})
+            QCOMPARE(rig.box(n)->text(), QString::number(memory.param(n)));
+
+        const qint32 wanted = memory.param(21) == 40 ? 41 : 40;
+        rig.type(21, QString::number(wanted));
+        heard.clear();
+        QTest::mouseClick(rig.button(PrmTblWindow::WriteServo), Qt::LeftButton);
+        QVERIFY(
+            settle([&] { return memory.param(21) == wanted && !rig.link().ParamTransferActive; }));
+        QCOMPARE(heard.filter(QRegularExpression(u"^0P[WT]"_s)).size(), 1);
+        QCOMPARE(baseOf(rig.box(21)), 0xFFFFFFu);
+    }
+};
+
+QTEST_MAIN(TestPrmTbl)
+#include "tst_prmtbl.moc"
