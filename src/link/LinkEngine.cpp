@@ -77,7 +77,6 @@ OpenResult LinkEngine::reopen() {
         lastOpen_ = transport_->open(device(), baud);
     }
     state_.PortOpen = lastOpen_.ok;
-    emit portStateChanged(lastOpen_.ok);
     return lastOpen_;
 }
 

@@ -93,10 +93,6 @@ public:
     void setClock(std::function<QDateTime()> clock) { clock_ = std::move(clock); }
     [[nodiscard]] QDateTime now() const { return clock_(); }
 
-signals:
-    // The port was opened or closed (status bar and main window captions follow it).
-    void portStateChanged(bool open);
-
 private:
     void applyTimer1();
 
