@@ -173,7 +173,6 @@ private slots:
         QTest::addColumn<int>("language");
         QTest::addColumn<QString>("list");  // empty: no message
         QTest::newRow("00 and 20") << QList<int>{0, 20} << false << 0 << "Parameter No. 0, 20";
-        QTest::newRow("01 and 45") << QList<int>{45, 1} << false << 0 << "Parameter No. 1, 45";
         QTest::newRow("45 undoes coupling") << QList<int>{1, 45} << true << 0 << "Parameter No. 1";
         QTest::newRow("Japanese") << QList<int>{49} << false << 1 << "パラメータ　No. 49";
         QTest::newRow("only 11") << QList<int>{11} << false << 0 << "";

@@ -92,11 +92,9 @@ private slots:
         // clang-format off
         QTest::newRow("port above 16")          << "TxtCOMnum"    << "20"   << "16";
         QTest::newRow("port as a letter")       << "TxtCOMnum"    << "x"    << "1";
-        QTest::newRow("port with a fraction")   << "TxtCOMnum"    << "2.5"  << "2";
         QTest::newRow("axis above 15")          << "TextAxisNum"  << "16"   << "15";
         QTest::newRow("axis below parameter 0") << "TextAxisNum"  << "-1"   << "0";
         QTest::newRow("reply wait above 999")   << "TxtReplyWait" << "1200" << "999";
-        QTest::newRow("reply wait negative")    << "TxtReplyWait" << "-5"   << "0";
         QTest::newRow("reply wait as a letter") << "TxtReplyWait" << "q"    << "30";
         // clang-format on
     }

@@ -82,7 +82,6 @@ private slots:
         QTest::addColumn<int>("shownIndex");
         QTest::addColumn<bool>("nonVolatileAfterOk");
         QTest::newRow("no answer yet") << 0 << true << 1 << true;
-        QTest::newRow("1.06") << 106 << true << 1 << true;
         QTest::newRow("1.10") << 110 << true << 0 << false;
         QTest::newRow("1.10, memory write") << 110 << false << 1 << false;
     }

@@ -1,10 +1,6 @@
-#include "app/TransportFactory.h"
 #include "params/ParamCatalogue.h"
 #include "params/PrmTblWindow.h"
 #include "params/SprmTblWindow.h"
-#include "sim/Drive.h"
-#include "sim/DriveBus.h"
-#include "sim/SimulatedLine.h"
 
 #include "ShellRig.h"
 
@@ -99,12 +95,7 @@ private slots:
         QTest::addColumn<bool>("marked");
         QTest::newRow("last nine digits, clamped")
             << 17 << u"1234567890123"_s << u"99999"_s << true;
-        QTest::newRow("below the minimum") << 2 << u"0"_s << u"1"_s << true;
-        QTest::newRow("clamped up") << 49 << u"10"_s << u"24"_s << true;
-        QTest::newRow("halves to even, down") << 18 << u"12.5"_s << u"12"_s << true;
-        QTest::newRow("halves to even, up") << 18 << u"13.5"_s << u"14"_s << true;
         QTest::newRow("not a number restores") << 18 << u"12a"_s << u"0"_s << false;
-        QTest::newRow("same value") << 18 << u"0"_s << u"0"_s << false;
     }
     void leavingABoxChecksClampsAndColours() {
         QFETCH(int, n);
@@ -124,11 +115,8 @@ private slots:
         QTest::addColumn<int>("from");
         QTest::addColumn<Qt::Key>("key");
         QTest::addColumn<int>("to");
-        QTest::newRow("enter") << 3 << Qt::Key_Return << 4;
         QTest::newRow("enter wraps") << 59 << Qt::Key_Enter << 0;
         QTest::newRow("down to the next tab") << 9 << Qt::Key_Down << 10;
-        QTest::newRow("up wraps") << 0 << Qt::Key_Up << 59;
-        QTest::newRow("other key stays") << 5 << Qt::Key_Left << 5;
     }
     void movementKeysMoveTheFocusAndTheTab() {
         QFETCH(int, from);
@@ -237,44 +225,6 @@ private slots:
 
         QVERIFY(!sprm->close());
         QVERIFY(!sprm->isVisible());
-    }
-
-    void endToEndAgainstTheSimulatedDrive() {
-        sim::SimOptions options;
-        options.fast = true;
-        sim::SimulatedLine line(options);
-        QVERIFY2(line.open(), qPrintable(line.errorString()));
-        QStringList heard;
-        connect(&line, &sim::SimulatedLine::commandReceived, this,
-                [&heard](const QString& text) { heard.append(text); });
-        const sim::DriveMemory& memory = line.bus().drive(0)->model().memory();
-
-        Rig rig({}, serialTransports(), line.devicePath());
-        rig.start();
-        const auto settle = [&rig](const std::function<bool()>& done) {
-            return QTest::qWaitFor(
-                [&] {
-                    rig.engine().tick();
-                    QTest::qWait(5);
-                    return done();
-                },
-                3000);
-        };
-        // The drive's first answer unlocks the buttons.
-        QVERIFY(settle([&rig] { return rig.button(PrmTblWindow::ReadServo)->isEnabled(); }));
-        QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
-        QVERIFY(settle([&rig] { return rig.global.Params.ParamsLoaded; }));
-        for (const int n : {0, 2, 17, 45})
-            QCOMPARE(rig.box(n)->text(), QString::number(memory.param(n)));
-
-        const qint32 wanted = memory.param(21) == 40 ? 41 : 40;
-        rig.type(21, QString::number(wanted));
-        heard.clear();
-        QTest::mouseClick(rig.button(PrmTblWindow::WriteServo), Qt::LeftButton);
-        QVERIFY(
-            settle([&] { return memory.param(21) == wanted && !rig.link().ParamTransferActive; }));
-        QCOMPARE(heard.filter(QRegularExpression(u"^0P[WT]"_s)).size(), 1);
-        QCOMPARE(baseOf(rig.box(21)), 0xFFFFFFu);
     }
 };
 

@@ -81,10 +81,8 @@ void TstSimMotion::jogRunsAtJogVelocityAndStops() {
 void TstSimMotion::stepMovesByItsParameter_data() {
     QTest::addColumn<QString>("code");
     QTest::addColumn<int>("target");
-    QTest::newRow("S0") << "0S0" << 1000;
     QTest::newRow("S1") << "0S1" << -1000;
     QTest::newRow("S2") << "0S2" << 10000;
-    QTest::newRow("S3") << "0S3" << -10000;
 }
 
 void TstSimMotion::stepMovesByItsParameter() {

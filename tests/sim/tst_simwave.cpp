@@ -81,8 +81,6 @@ void TstSimWave::triggerLandsAtRequestedPosition_data() {
     const QStringList jog{QStringLiteral("0PJ")};
     QTest::newRow("velocity + up at 20 %, 1 ms")
         << none << "0wm000033" << jog << 50 << "velocity" << true << 10;
-    QTest::newRow("velocity + up at 50 %, 4 ms")
-        << none << "0wm200080" << jog << 125 << "velocity" << true << 10;
     QTest::newRow("velocity + up at 80 %, 2 ms")
         << none << "0wm1000CD" << jog << 200 << "velocity" << true << 10;
     QTest::newRow("velocity - down, negative jog")
