@@ -233,12 +233,6 @@ private slots:
         QVERIFY(drive.reset() == sim::DriveModel::Refusal::None);
 
         DialogRig rig({}, serialTransports(), line.devicePath());
-        // Stand-in for the parameter transfer's identification, which reports the find.
-        rig.engine().dispatcher().registerHandler(u"PR"_s, [&rig](const QString&) {
-            if (rig.link().Searching && rig.link().LastCommand.mid(1) == "PR77")
-                rig.dialog->onIdentified();
-            return ReplyStatus::Handled;
-        });
         rig.click(u"CmdSrch"_s);
         for (int i = 0; i < 200 && rig.messages.isEmpty(); ++i) {
             rig.engine().tick();

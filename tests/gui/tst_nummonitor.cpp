@@ -2,6 +2,8 @@
 #include "monitor/ServoStatusView.h"
 
 #include "ShellRig.h"
+#include "app/TransportFactory.h"
+#include "sim/SimulatedLine.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -81,6 +83,33 @@ private slots:
         QCOMPARE(control<QPushButton>(rig, u"CmdTrqPeakReset"_s)->text(), ja(1431));
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), ja(1418));
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->text(), u"3"_s);
+    }
+
+    void followsTheSimulatedDriveWhenItJogs() {
+        sim::SimOptions options;
+        options.fast = true;
+        sim::SimulatedLine line(options);
+        QVERIFY2(line.open(), qPrintable(line.errorString()));
+        ShellRig rig({}, serialTransports(), line.devicePath());
+        rig.start();
+        auto* velocity = rig.find<QLabel>(QStringLiteral("LabelNumMon(4)"));
+        auto* servoOn = rig.find<QLabel>(QStringLiteral("LabelStatus(0)"));
+        QVERIFY(velocity && servoOn);
+        const auto runUntil = [&rig](const std::function<bool()>& done) {
+            for (int i = 0; i < 300 && !done(); ++i) {
+                rig.engine().tick();
+                QTest::qWait(10);
+            }
+            return done();
+        };
+        QVERIFY(runUntil([&] { return rig.link().MonitorRunning; }));
+        sim::DriveModel& drive = line.bus().drive(0)->model();
+        QVERIFY(drive.servoOn() == sim::DriveModel::Refusal::None);
+        QVERIFY(drive.jog(false) == sim::DriveModel::Refusal::None);
+        // The chain runs back to back: the values follow without the slot polls.
+        QVERIFY(runUntil([&] { return velocity->text().toInt() > 0; }));
+        QVERIFY(servoOn->text().contains(QStringLiteral("ON")));
+        QVERIFY(rig.link().ServoStatus & 1U);
     }
 
     void monitorSwitch() {
