@@ -1,23 +1,25 @@
 #include "monitor/ServoStatusView.h"
 
+#include "shared/ServoStatus.h"
+
 namespace velora {
 
 ServoStatusView ServoStatusView::fromWord(quint32 word) {
     ServoStatusView view;
     view.word = word;
+    const ServoStatus status(word);
     for (int bit = 0; bit < BitCount; ++bit) {
-        const bool set = ((word >> bit) & 1U) != 0;
+        const bool set = status.bit(bit);
         if (bit == ResolutionBit) {
             view.captions[bit] = set ? QStringLiteral(": 1") : QStringLiteral(": 0");
         } else {
             view.captions[bit] = set ? QStringLiteral(": ON") : QStringLiteral(": OFF");
         }
     }
-    // The lamps follow the captions of bits 1, 4 and 5; the servo-on label follows bit 0.
-    const QString on = QStringLiteral(": ON");
-    view.servoOn = view.captions[0] == on;
-    view.alarm = view.captions[1] == on;
-    view.running = view.captions[4] == on || view.captions[5] == on;
+    // The lamps follow bits 1 (alarm) and 4/5 (running either way); SVON follows bit 0.
+    view.servoOn = status.servoOn();
+    view.alarm = status.alarm();
+    view.running = status.bit(4) || status.bit(5);
     return view;
 }
 
