@@ -5,8 +5,7 @@
 #include "shared/LinkState.h"
 #include "shared/NumericText.h"
 #include "shared/ParamTables.h"
-
-#include <QSaveFile>
+#include "shared/SafeFileWrite.h"
 
 namespace velora {
 
@@ -43,14 +42,8 @@ bool ParamFile::write(const QString& path) {
     QByteArray content = Identification + LineEnd;
     for (int n = 0; n < ParamTables::Count; ++n)
         content += QByteArray::number(tables_.ParamValue[static_cast<std::size_t>(n)]) + LineEnd;
-    // Written beside the target and renamed over it at the end: a full disk leaves the old
-    // file as it was. A short write shows only in flush(); commit() alone would still rename
-    // the half file into place. Left uncommitted, the new file is removed.
-    QSaveFile out(path);
-    if (out.open(QIODevice::WriteOnly) && out.write(content) == content.size() && out.flush() &&
-        out.commit()) {
+    if (writeFileSafely(path, content))
         return true;
-    }
     showAccessError();
     return false;
 }
@@ -60,8 +53,8 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
         return ReadResult::Ignored;
     // A file still waiting for a drive read that went nowhere gives way to the new one.
     abandon();
-    auto file = std::make_unique<QFile>(path);
-    if (!file->open(QIODevice::ReadOnly)) {
+    auto file = std::make_unique<BoundedLineReader>();
+    if (file->open(path) != BoundedLineReader::OpenResult::Ok) {
         failAccess();
         return ReadResult::Failed;
     }
@@ -154,15 +147,9 @@ void ParamFile::abandon() {
 }
 
 std::optional<QByteArray> ParamFile::nextLine() {
-    if (!file_ || file_->atEnd())
+    if (!file_)
         return std::nullopt;
-    QByteArray line = file_->readLine();
-    // CR LF as written here; a bare LF from other editors reads the same.
-    if (line.endsWith('\n'))
-        line.chop(1);
-    if (line.endsWith('\r'))
-        line.chop(1);
-    return line;
+    return file_->next();
 }
 
 void ParamFile::closeFile() {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "params/ParamTransfer.h"
+#include "shared/BoundedLineReader.h"
 
 #include <QByteArray>
-#include <QFile>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -79,7 +79,7 @@ private:
     LinkEngine& engine_;
     ParamTransfer& transfer_;
     ParamTables& tables_;
-    std::unique_ptr<QFile> file_;
+    std::unique_ptr<BoundedLineReader> file_;
     // Looks for the end of a drive read that never brought its values.
     QTimer watch_;
     bool startingRead_ = false;
