@@ -99,9 +99,17 @@ QList<int> range(int first, int last) {
 class TestParamFile : public QObject {
     Q_OBJECT
 private slots:
-    void roundTripOffline() {
+    void roundTripWithoutTheDrive_data() {
+        QTest::addColumn<bool>("online");
+        QTest::newRow("offline") << false;
+        QTest::newRow("online, monitor stopped") << true;
+    }
+    void roundTripWithoutTheDrive() {
+        QFETCH(bool, online);
         Rig rig;
-        rig.state.Online = false;
+        rig.state.Online = online;
+        rig.state.MonitorRunning = false;
+        rig.ui.controlsEnabled = false;
         for (int n = 0; n < ParamTables::Count; ++n)
             rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
         const auto written = rig.tables.ParamValue;
@@ -126,23 +134,40 @@ private slots:
         QCOMPARE(loaded.size(), 60);
         QCOMPARE(loaded.last(), (QVariantList{59, true}));
         QCOMPARE(finished.size(), 1);
-        QCOMPARE(finished[0][0].toBool(), false);  // offline: Write Servo stays as it is
+        // Online, Write Servo can send the loaded values at once; offline it stays as it is.
+        QCOMPARE(finished[0][0].toBool(), online);
+        QCOMPARE(rig.ui.controlsEnabled, online);
         QVERIFY(rig.tables.ParamsLoaded && !rig.file.pending() && !rig.file.fileWithSystem());
         QVERIFY(rig.ui.messages.isEmpty() && rig.sent().isEmpty());
     }
 
     void refusedOrBrokenFileKeepsWhatCameBefore_data() {
         QTest::addColumn<QByteArray>("content");  // null: no file at all
+        QTest::addColumn<qint64>("size");         // the file is padded with NULs to this size
         QTest::addColumn<int>("message");
         QTest::addColumn<int>("stored");  // values taken before the failure
         const QByteArray id = "Orvix-Servo parameter file";
-        QTest::newRow("trailing space") << fileText(id + ' ', {"5"}) << 1722 << 0;
-        QTest::newRow("no file") << QByteArray() << 1724 << 0;
-        QTest::newRow("not a number") << fileText(id, {"5", "1", "1x", "9"}) << 1724 << 2;
-        QTest::newRow("ends early") << fileText(id, QList<QByteArray>(30, "1")) << 1724 << 30;
+        const auto utf16 = [](const QString& text) {
+            return QByteArray("\xFF\xFE") +
+                   QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+        };
+        QTest::newRow("trailing space") << fileText(id + ' ', {"5"}) << 0LL << 1722 << 0;
+        QTest::newRow("no file") << QByteArray() << 0LL << 1724 << 0;
+        QTest::newRow("not a number") << fileText(id, {"5", "1", "1x", "9"}) << 0LL << 1724 << 2;
+        QTest::newRow("ends early")
+            << fileText(id, QList<QByteArray>(30, "1")) << 0LL << 1724 << 30;
+        QTest::newRow("65-character line")
+            << fileText(id, {"1", QByteArray(64, '0') + '1'}) << 0LL << 1724 << 1;
+        QTest::newRow("endless line, 100 MB") << id + "\r\n1" << (100LL << 20) << 1724 << 0;
+        QTest::newRow("UTF-16") << utf16(QString::fromLatin1(fileText(id, {"1"}))) << 0LL << 1722
+                                << 0;
+        QTest::newRow("UTF-16 with system")
+            << utf16(QString::fromLatin1(fileText(id + " with system parameter", {"1"}))) << 0LL
+            << 1722 << 0;
     }
     void refusedOrBrokenFileKeepsWhatCameBefore() {
         QFETCH(QByteArray, content);
+        QFETCH(qint64, size);
         QFETCH(int, message);
         QFETCH(int, stored);
         Rig rig;
@@ -150,6 +175,8 @@ private slots:
         rig.tables.ParamValue.fill(3);
         if (!content.isNull())
             rig.store(QStringLiteral("a.prm"), content);
+        if (size > 0)
+            QVERIFY(QFile::resize(rig.path(), size));  // sparse: costs no disk and no time
         QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::Failed);
         QCOMPARE(rig.ui.messages.size(), 1);
         QCOMPARE(rig.ui.messages[0].text, en(message));
@@ -157,6 +184,27 @@ private slots:
         QCOMPARE(rig.marked(), range(0, stored - 1));
         QCOMPARE(rig.tables.ParamValue[static_cast<std::size_t>(stored)], 3);
         QVERIFY(!rig.tables.ParamsLoaded && !rig.file.pending() && !rig.tables.FileReadPending);
+    }
+
+    void otherEditorsFilesLoad_data() {
+        QTest::addColumn<QByteArray>("content");
+        const QByteArray id = "Orvix-Servo parameter file";
+        const QList<QByteArray> ones(ParamTables::ServoCount, "1");
+        QList<QByteArray> longest = ones;
+        longest[5] = QByteArray(63, '0') + '1';
+        QTest::newRow("CR only") << fileText(id, ones, "\r");
+        QTest::newRow("UTF-8 byte-order mark") << "\xEF\xBB\xBF" + fileText(id, ones);
+        QTest::newRow("64-character line") << fileText(id, longest);
+    }
+    void otherEditorsFilesLoad() {
+        QFETCH(QByteArray, content);
+        Rig rig;
+        rig.state.Online = false;
+        rig.store(QStringLiteral("a.prm"), content);
+        QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::Loaded);
+        for (int n = 0; n < ParamTables::ServoCount; ++n)
+            QCOMPARE(rig.tables.ParamValue[static_cast<std::size_t>(n)], rig.tables.clamped(n, 1));
+        QVERIFY(rig.ui.messages.isEmpty());
     }
 
     void numbersIgnoreTheUserLocale() {

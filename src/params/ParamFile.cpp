@@ -60,14 +60,15 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
     }
     file_ = std::move(file);
     const std::optional<QByteArray> first = nextLine();
-    if (!first) {
+    // A first line longer than any identification (UTF-16 text, a binary file) is not one.
+    if (!first && !file_->lineTooLong()) {
         failAccess();
         return ReadResult::Failed;
     }
     FileWithSystem = false;
-    if (*first == IdentificationWithSystem) {
+    if (first && *first == IdentificationWithSystem) {
         FileWithSystem = true;
-    } else if (*first != Identification) {
+    } else if (!first || *first != Identification) {
         closeFile();
         const int lang = engine_.state().LanguageId;
         engine_.showError(TextCatalogue::text(lang, 1722), TextCatalogue::text(lang, 1723));

@@ -36,6 +36,7 @@ std::optional<QByteArray> BoundedLineReader::next() {
         ++end;
     if (end - pos_ > maxLineLength_) {
         pos_ = data_.size();
+        lineTooLong_ = true;
         return std::nullopt;
     }
     QByteArray line = data_.mid(pos_, end - pos_);
@@ -52,6 +53,7 @@ void BoundedLineReader::close() {
     data_.clear();
     pos_ = 0;
     lines_ = 0;
+    lineTooLong_ = false;
 }
 
 }  // namespace velora

@@ -33,6 +33,8 @@ public:
     // longer than the limit (the reader then stays at its end).
     [[nodiscard]] std::optional<QByteArray> next();
     [[nodiscard]] bool atEnd() const { return pos_ >= data_.size(); }
+    // The reading ended at a line longer than the limit.
+    [[nodiscard]] bool lineTooLong() const { return lineTooLong_; }
     // Lines handed out so far.
     [[nodiscard]] int lineCount() const { return lines_; }
     void close();
@@ -43,6 +45,7 @@ private:
     QByteArray data_;
     qsizetype pos_ = 0;
     int lines_ = 0;
+    bool lineTooLong_ = false;
 };
 
 }  // namespace velora
