@@ -1,38 +1,76 @@
 #include "app/MDIParent.h"
 #include "app/ShellSetup.h"
+#include "options/VersionDialog.h"
 #include "shared/Global.h"
 #include "sim/SimulatedLine.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QMessageBox>
 
+#include <cstring>
 #include <memory>
 
-int main(int argc, char* argv[]) {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("Velora"));
+namespace {
 
+struct CommandLine {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Set up, command and watch Orvix servo drives over a serial line."));
-    parser.addHelpOption();
-    const QCommandLineOption portOption(
-        QStringLiteral("port"),
-        QStringLiteral("Open DEVICE instead of the configured port number."),
-        QStringLiteral("DEVICE"));
-    const QCommandLineOption simulateOption(
+    QCommandLineOption port{QStringLiteral("port"),
+                            QStringLiteral("Open DEVICE instead of the configured port number."),
+                            QStringLiteral("DEVICE")};
+    QCommandLineOption simulate{
         QStringLiteral("simulate"),
-        QStringLiteral("Start a simulated Orvix drive (axis 0, 9600 baud) and talk to it."));
-    parser.addOption(portOption);
-    parser.addOption(simulateOption);
-    parser.process(app);
+        QStringLiteral("Start a simulated Orvix drive (axis 0, 9600 baud) and talk to it.")};
+
+    CommandLine() {
+        parser.setApplicationDescription(
+            QStringLiteral("Set up, command and watch Orvix servo drives over a serial line."));
+        parser.addHelpOption();
+        parser.addVersionOption();
+        parser.addOption(port);
+        parser.addOption(simulate);
+    }
+};
+
+void nameApplication() {
+    QCoreApplication::setApplicationName(QStringLiteral("Velora"));
+    QCoreApplication::setApplicationVersion(
+        velora::VersionDialog::formatVersion(velora::VersionDialog::SoftwareVersion));
+}
+
+// Help and version print text only: they are answered before a window system is needed, so
+// they work over ssh or in a script without a display.
+bool asksForTextOnly(int argc, char* argv[]) {
+    for (int i = 1; i < argc; ++i) {
+        for (const char* option : {"-h", "--help", "-?", "--help-all", "-v", "--version"}) {
+            if (std::strcmp(argv[i], option) == 0)
+                return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    if (asksForTextOnly(argc, argv)) {
+        const QCoreApplication core(argc, argv);
+        nameApplication();
+        CommandLine commandLine;
+        commandLine.parser.process(core);  // prints and exits
+    }
+
+    QApplication app(argc, argv);
+    nameApplication();
+    CommandLine commandLine;
+    commandLine.parser.process(app);
 
     velora::ShellSetup setup;
-    setup.deviceOverride = parser.value(portOption);
+    setup.deviceOverride = commandLine.parser.value(commandLine.port);
     // Declared before the main window, so that the drive is still there while the link closes.
     std::unique_ptr<velora::sim::SimulatedLine> simulated;
-    if (parser.isSet(simulateOption)) {
+    if (commandLine.parser.isSet(commandLine.simulate)) {
         simulated = std::make_unique<velora::sim::SimulatedLine>(velora::sim::SimOptions{});
         if (!simulated->open()) {
             QMessageBox::critical(nullptr, QStringLiteral("Velora"),
