@@ -1,5 +1,8 @@
 #include "sim/PtyPort.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <fcntl.h>
@@ -97,6 +100,15 @@ bool PtyPort::openPseudoTerminal() {
     // A client that does not set the line up still finds it raw, at the drive's default rate.
     if (!setRaw8E1(slaveFd_, 9600))
         return fail(QStringLiteral("tcsetattr"));
+    // Clients open the line under a name of its own: a serial port's lock file is named after
+    // the device, and a /dev/pts number comes back to the next user, who then finds the lock of
+    // someone else's killed run and cannot remove it.
+    aliasDir_ =
+        std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/velora-line-XXXXXX"));
+    const QString alias = aliasDir_->filePath(QStringLiteral("tty"));
+    if (!aliasDir_->isValid() || !QFile::link(path_, alias))
+        return fail(QStringLiteral("link ") + alias);
+    path_ = alias;
     notifier_ = std::make_unique<QSocketNotifier>(fd_, QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, &PtyPort::readAvailable);
     return true;
@@ -123,6 +135,7 @@ void PtyPort::close() {
         ::close(fd_);
     slaveFd_ = -1;
     fd_ = -1;
+    aliasDir_.reset();
 }
 
 LineSettings PtyPort::lineSettings() const {

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <memory>
 
@@ -21,7 +22,8 @@ public:
     ~PtyPort() override;
     Q_DISABLE_COPY_MOVE(PtyPort)
 
-    // Creates a pseudo-terminal pair; devicePath() is then the slave for the PC to open.
+    // Creates a pseudo-terminal pair; devicePath() is then a name of the slave, fresh for this
+    // pair, for the PC to open.
     [[nodiscard]] bool openPseudoTerminal();
     // Opens a serial device and sets it to baud, 8E1, raw.
     [[nodiscard]] bool openDevice(const QString& path, int baud);
@@ -49,6 +51,7 @@ private:
     int fd_ = -1;
     int slaveFd_ = -1;  // held open so that the master never sees a hang-up between clients
     QString path_;
+    std::unique_ptr<QTemporaryDir> aliasDir_;  // holds the fresh name of a pseudo-terminal
     QString error_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -3,6 +3,8 @@
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 
+#include <QFileInfo>
+
 namespace velora {
 
 SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
@@ -19,7 +21,7 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
         result.reason = port_.errorString();
         return result;
     }
-    if (!port_.setBaudRate(baudRate) || !configureFrame()) {
+    if (!port_.setBaudRate(baudRate) || !configureFrame(device)) {
         result.reason = port_.errorString();
         port_.close();
         return result;
@@ -28,7 +30,7 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
     return result;
 }
 
-bool SerialPortTransport::configureFrame() {
+bool SerialPortTransport::configureFrame(const QString& device) {
     // Every setting is tried, so one refusal does not leave the others at the port's defaults.
     bool set = port_.setParity(QSerialPort::EvenParity);
     set = port_.setDataBits(QSerialPort::Data8) && set;
@@ -36,10 +38,11 @@ bool SerialPortTransport::configureFrame() {
     set = port_.setFlowControl(QSerialPort::NoFlowControl) && set;
     if (set)
         return true;
-    // Some kernels refuse parity on pseudo-terminals; there is no wire whose framing could
-    // matter, so the simulated line is used as it is.
-    if (port_.portName().startsWith(QLatin1String("/dev/pts/")) ||
-        port_.portName().startsWith(QLatin1String("pts/"))) {
+    // Some kernels refuse parity on pseudo-terminals (the simulator's, under names of their
+    // own); there is no wire whose framing could matter, so the line is used as it is.
+    const QString location =
+        device.startsWith(QLatin1Char('/')) ? device : QStringLiteral("/dev/") + device;
+    if (QFileInfo(location).canonicalFilePath().startsWith(QLatin1String("/dev/pts/"))) {
         port_.clearError();
         return true;
     }

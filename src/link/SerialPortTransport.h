@@ -28,7 +28,7 @@ protected:
 
 private:
     // Even parity, 8 data bits, 1 stop bit, no flow control.
-    [[nodiscard]] bool configureFrame();
+    [[nodiscard]] bool configureFrame(const QString& device);
 
     QSerialPort port_;
 };

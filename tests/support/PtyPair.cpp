@@ -1,6 +1,7 @@
 #include "support/PtyPair.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -20,7 +21,14 @@ PtyPair::PtyPair() {
         master_ = -1;
         return;
     }
-    slavePath_ = QString::fromLocal8Bit(ptsname(master_));
+    // Opened under a fresh name: a lock left on the /dev/pts name by someone else's killed run
+    // cannot be removed by this user.
+    slavePath_ = alias_.filePath(QStringLiteral("tty"));
+    if (!alias_.isValid() || !QFile::link(QString::fromLocal8Bit(ptsname(master_)), slavePath_)) {
+        ::close(master_);
+        master_ = -1;
+        return;
+    }
     termios raw{};
     tcgetattr(master_, &raw);
     cfmakeraw(&raw);

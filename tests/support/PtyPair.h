@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTemporaryDir>
 
 namespace velora::test {
 
@@ -24,6 +25,7 @@ public:
     [[nodiscard]] QByteArray read(int count, int timeoutMs = 2000) const;
 
 private:
+    QTemporaryDir alias_;
     int master_ = -1;
     QString slavePath_;
 };
