@@ -82,9 +82,6 @@ private slots:
         QVERIFY(rig.ui.comText[1].isEmpty());
         rig.engine.SendCommand(QStringLiteral("1ma"));
         QCOMPARE(rig.ui.comText[0], QStringLiteral("1SO"));  // polls stay quiet
-        rig.engine.polling().echoSwitch(Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
-        rig.engine.SendCommand(QStringLiteral("1ma"));
-        QCOMPARE(rig.ui.comText[0], QStringLiteral("1ma"));
     }
 
     void echoSwitchNeedsExactGesture() {

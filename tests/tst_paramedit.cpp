@@ -113,6 +113,26 @@ private slots:
         QVERIFY(e.leave(10, QStringLiteral("3")).isEmpty());
         QCOMPARE(presets(), (QList<qint32>{50, 0, 25, 40, 300, 1}));
         QVERIFY(!e.marked(11));
+        // 16 from the drive is one column past the table: Enter selects no preset.
+        e.value(10) = 16;
+        QVERIFY(e.edit.keyDown(10, FieldKey::Enter).edit.refreshed.isEmpty());
+        QCOMPARE(presets(), (QList<qint32>{50, 0, 25, 40, 300, 1}));
+    }
+
+    void axisNumberCautionFollowsItsOption_data() {
+        QTest::addColumn<bool>("option");
+        QTest::newRow("on") << true;
+        QTest::newRow("off") << false;
+    }
+    void axisNumberCautionFollowsItsOption() {
+        QFETCH(bool, option);
+        Editor e;
+        e.g.AxisChangeCaution = option;
+        QCOMPARE(e.leave(0, QStringLiteral("3")), option ? QList<K>{K::AxisNumber} : QList<K>{});
+        QCOMPARE(e.paused, option);
+        QVERIFY(e.marked(0));
+        if (option)
+            QCOMPARE(e.last.text, en(1733) + "\r\n" + en(1712));
     }
 
     void commandModeCoupling_data() {

@@ -26,32 +26,17 @@ private slots:
         QTest::addColumn<QList<QByteArray>>("replies");
         QTest::addColumn<QByteArray>("leftOver");
         using L = QList<QByteArray>;
-        QTest::newRow("ETX") << QByteArray(
-                                    "\x02"
-                                    "1PR00000064\x03")
-                             << L{"1PR00000064"} << QByteArray();
-        QTest::newRow("EOT") << QByteArray(
-                                    "\x02"
-                                    "1SO\x04")
-                             << L{"1SO"} << QByteArray();
-        QTest::newRow("garbage before STX") << QByteArray(
-                                                   "xy\x02"
-                                                   "1SO\x03")
-                                            << L{"1SO"} << QByteArray();
-        QTest::newRow("STX in the middle restarts") << QByteArray(
-                                                           "\x02"
-                                                           "1PR00\x02"
-                                                           "1ma0\x03")
-                                                    << L{"1ma0"} << QByteArray();
-        QTest::newRow("two replies") << QByteArray(
-                                            "\x02"
-                                            "1SO\x03\x02"
-                                            "1ma1\x04")
-                                     << L{"1SO", "1ma1"} << QByteArray();
-        QTest::newRow("partial stays") << QByteArray(
-                                              "\x02"
-                                              "1wd12")
-                                       << L{} << QByteArray("1wd12");
+        // Octal escapes: STX \002, ETX \003, EOT \004.
+        QTest::newRow("ETX") << QByteArray("\0021PR00000064\003") << L{"1PR00000064"}
+                             << QByteArray();
+        QTest::newRow("EOT") << QByteArray("\0021SO\004") << L{"1SO"} << QByteArray();
+        QTest::newRow("garbage before STX")
+            << QByteArray("xy\0021SO\003") << L{"1SO"} << QByteArray();
+        QTest::newRow("STX in the middle restarts")
+            << QByteArray("\0021PR00\0021ma0\003") << L{"1ma0"} << QByteArray();
+        QTest::newRow("two replies")
+            << QByteArray("\0021SO\003\0021ma1\004") << L{"1SO", "1ma1"} << QByteArray();
+        QTest::newRow("partial stays") << QByteArray("\0021wd12") << L{} << QByteArray("1wd12");
     }
     void serial() {
         QFETCH(QByteArray, bytes);
@@ -64,17 +49,13 @@ private slots:
 
     void chunksAssembleAcrossReads() {
         QByteArray buffer;
-        auto outcome = assembly::feedChunk(buffer, QByteArray("\x02"
-                                                              "1P"));
+        auto outcome = assembly::feedChunk(buffer, QByteArray("\0021P"));
         QVERIFY(!outcome.reply);
         // The partial reply keeps its STX: the code stands at 0-based offset 2.
-        QCOMPARE(buffer, QByteArray("\x02"
-                                    "1P"));
+        QCOMPARE(buffer, QByteArray("\0021P"));
         outcome = assembly::feedChunk(buffer, QByteArray("R0000"));
         QVERIFY(!outcome.reply);
-        outcome = assembly::feedChunk(buffer, QByteArray("0064\x03"
-                                                         "trailing\x02"
-                                                         "1SO\x03"));
+        outcome = assembly::feedChunk(buffer, QByteArray("0064\003trailing\0021SO\x03"));
         QCOMPARE(outcome.reply.value_or(QByteArray()), QByteArray("1PR00000064"));
         QVERIFY(outcome.dropsRest);
         QVERIFY(buffer.isEmpty());
@@ -86,17 +67,14 @@ private slots:
         QVERIFY(!outcome.reply);
         QVERIFY(buffer.isEmpty());
         // The next well-formed reply is still assembled.
-        outcome = assembly::feedChunk(buffer, QByteArray("\x02"
-                                                         "1SO\x04"));
+        outcome = assembly::feedChunk(buffer, QByteArray("\0021SO\x04"));
         QCOMPARE(outcome.reply.value_or(QByteArray()), QByteArray("1SO"));
     }
 
     void terminatorInEarlierChunkIsNotMissed() {
         // ETX arriving alone as its own chunk completes the reply.
         QByteArray buffer;
-        QVERIFY(!assembly::feedChunk(buffer, QByteArray("\x02"
-                                                        "1ma"))
-                     .reply);
+        QVERIFY(!assembly::feedChunk(buffer, QByteArray("\0021ma")).reply);
         QCOMPARE(assembly::feedChunk(buffer, QByteArray("\x03")).reply.value_or(QByteArray()),
                  QByteArray("1ma"));
     }

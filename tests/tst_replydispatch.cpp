@@ -89,42 +89,29 @@ private slots:
         QTest::addColumn<bool>("monitorFresh");
         QTest::addColumn<QString>("message");
         const QString e3 = en(1799) + QStringLiteral(" 3:\n") + en(1803);
-        QTest::newRow("class 0") << "1XX"
-                                 << "1ER0" << 0U << true
-                                 << en(1799) + QStringLiteral(" 0:\n") + en(1800);
-        QTest::newRow("class 1") << "1PW5;FFFF"
-                                 << "1ER1" << 0U << true
-                                 << en(1799) + QStringLiteral(" 1:\n") + en(1801);
-        QTest::newRow("class 2") << "1SP3"
-                                 << "1ER2" << 0U << true
-                                 << en(1799) + QStringLiteral(" 2:\n") + en(1802) +
-                                        QStringLiteral("\n\n") + en(1811);
-        QTest::newRow("SO in alarm") << "1SO"
-                                     << "1ER3" << (kAlarm | kEmergencyStop) << true
-                                     << e3 + QStringLiteral("\n\n") + en(1816);
-        QTest::newRow("SO in emergency stop")
-            << "1SO"
-            << "1ER3" << kEmergencyStop << true << e3 + QStringLiteral("\n\n") + en(1812);
-        QTest::newRow("jog in servo off")
-            << "1PJ"
-            << "1ER3" << 0U << true << e3 + QStringLiteral("\n\n") + en(1813);
-        QTest::newRow("start while table runs") << "1ON"
-                                                << "1ER3" << (kServoOn | kPointTableRunning) << true
-                                                << e3 + QStringLiteral("\n\n") + en(1814);
-        QTest::newRow("TP before zero return")
-            << "1TP"
-            << "1ER3" << kServoOn << true << e3 + QStringLiteral("\n\n") + en(1815);
-        QTest::newRow("TP after zero return") << "1TP"
-                                              << "1ER3" << kZeroReturnDone << true << e3;
-        QTest::newRow("RT in servo on")
-            << "1RT"
-            << "1ER3" << kServoOn << true << e3 + QStringLiteral("\n\n") + en(1817);
-        QTest::newRow("stale status gives no reason") << "1TP"
-                                                      << "1ER3" << 0U << false << e3;
-        QTest::newRow("other code") << "1NW"
-                                    << "1ER3" << 0U << true << e3;
-        QTest::newRow("class 7 is empty") << "1SO"
-                                          << "1ER7" << 0U << true << QString();
+        const auto because = [&e3](int reason) { return e3 + QStringLiteral("\n\n") + en(reason); };
+        const auto error = [](int n) { return en(1799) + QStringLiteral(" %1:\n").arg(n); };
+        // clang-format off
+        QTest::newRow("class 0") << "1XX" << "1ER0" << 0U << true << error(0) + en(1800);
+        QTest::newRow("class 1") << "1PW5;FFFF" << "1ER1" << 0U << true << error(1) + en(1801);
+        QTest::newRow("class 2") << "1SP3" << "1ER2" << 0U << true
+                                 << error(2) + en(1802) + QStringLiteral("\n\n") + en(1811);
+        QTest::newRow("SO in alarm") << "1SO" << "1ER3" << (kAlarm | kEmergencyStop) << true
+                                     << because(1816);
+        QTest::newRow("SO in emergency stop") << "1SO" << "1ER3" << kEmergencyStop << true
+                                              << because(1812);
+        QTest::newRow("jog in servo off") << "1PJ" << "1ER3" << 0U << true << because(1813);
+        QTest::newRow("start while table runs") << "1ON" << "1ER3"
+                                                << (kServoOn | kPointTableRunning) << true
+                                                << because(1814);
+        QTest::newRow("TP before zero return") << "1TP" << "1ER3" << kServoOn << true
+                                               << because(1815);
+        QTest::newRow("TP after zero return") << "1TP" << "1ER3" << kZeroReturnDone << true << e3;
+        QTest::newRow("RT in servo on") << "1RT" << "1ER3" << kServoOn << true << because(1817);
+        QTest::newRow("stale status gives no reason") << "1TP" << "1ER3" << 0U << false << e3;
+        QTest::newRow("other code") << "1NW" << "1ER3" << 0U << true << e3;
+        QTest::newRow("class 7 is empty") << "1SO" << "1ER7" << 0U << true << QString();
+        // clang-format on
     }
     void errorReplies() {
         QFETCH(QString, lastCommand);

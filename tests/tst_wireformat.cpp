@@ -62,9 +62,7 @@ private slots:
     }
 
     void framing() {
-        QCOMPARE(wire::buildFrame(QStringLiteral("1PR5")), QByteArray("\x02"
-                                                                      "1PR5"
-                                                                      "\x04"));
+        QCOMPARE(wire::buildFrame(QStringLiteral("1PR5")), QByteArray("\0021PR5\004"));
         QCOMPARE(wire::buildFrame(QString(30, QLatin1Char('A'))).size(), 32);
         QCOMPARE(wire::axisCharacter(0), QLatin1Char('0'));
         QCOMPARE(wire::axisCharacter(10), QLatin1Char('A'));
@@ -76,6 +74,8 @@ private slots:
         QCOMPARE(wire::checkCommandText(QString(30, QLatin1Char('A'))), wire::TextCheck::Ok);
         QCOMPARE(wire::checkCommandText(QString(31, QLatin1Char('A'))), wire::TextCheck::TooLong);
         QCOMPARE(wire::checkCommandText(QStringLiteral("1PW\x03")), wire::TextCheck::BadCharacter);
+        QCOMPARE(wire::checkCommandText(QStringLiteral("1SO\x7F")), wire::TextCheck::BadCharacter);
+        QCOMPARE(wire::checkCommandText(QStringLiteral(" 1SO~")), wire::TextCheck::Ok);
         QCOMPARE(wire::checkCommandText(QStringLiteral("1SO\u00E9")),
                  wire::TextCheck::BadCharacter);
     }

@@ -1,4 +1,3 @@
-#include "app/TextCatalogue.h"
 #include "e2e/SimLink.h"
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamCatalogue.h"
@@ -11,18 +10,12 @@ using velora::test::SimLink;
 
 namespace {
 
-// The link with the monitor chain and the parameter transfer, as the application runs them.
+// The link with the monitor chain and the parameter transfer (which reads the identification),
+// as the application runs them.
 struct Session : SimLink {
     Session() {
         InitParamTables(global.Params);
         ui.answerRetry = false;
-    }
-    [[nodiscard]] qint32 driveParam(int n) {
-        return line.bus().drive(0)->model().memory().param(n);
-    }
-    [[nodiscard]] qint32 storedParam(int n) {
-        return line.bus().drive(0)->model().memory().nonVolatile().params[static_cast<std::size_t>(
-            n)];
     }
     // Ticks until cond holds or the ticks run out.
     bool tickUntil(const std::function<bool()>& cond, int maxTicks = 40) {
@@ -37,10 +30,30 @@ struct Session : SimLink {
 
 }  // namespace
 
-// The monitor chain and the parameter transfer against the simulated drive.
+// The link and the monitor chain against the simulated drive, through the real serial
+// back-ends.
 class TestE2eSession : public QObject {
     Q_OBJECT
 private slots:
+    void exchangeAndResendAfterDroppedReply_data() {
+        QTest::addColumn<int>("backEnd");
+        QTest::newRow("RS-232C") << int(BackEnd::Rs232);
+        QTest::newRow("USB-RS232C") << int(BackEnd::UsbSerial);
+    }
+    void exchangeAndResendAfterDroppedReply() {
+        QFETCH(int, backEnd);
+        SimLink sim(static_cast<BackEnd>(backEnd));
+        sim.line.faults().dropCodes.insert(QStringLiteral("PR"), 1);
+        sim.start(false);
+        sim.engine.SendCommand(QStringLiteral("0PR77"));
+        QVERIFY(!sim.waitForReply(300));  // the first reply is lost
+        sim.ticks(2);                     // re-sent on the second tick
+        QVERIFY(sim.waitForReply());
+        QCOMPARE(sim.heardCount(QStringLiteral("0PR77")), 2);
+        QCOMPARE(sim.ui.comText[1], QStringLiteral("0PR0000006E"));  // version 1.10
+        QVERIFY(sim.ui.controlsEnabled);
+    }
+
     void monitorChainIdentifiesTheDriveFirst() {
         Session s;
         s.start(true);
@@ -54,49 +67,6 @@ private slots:
         const int polls = s.heardCount(QStringLiteral("0ma"));
         QTest::qWait(150);
         QVERIFY(s.heardCount(QStringLiteral("0ma")) > polls + 3);
-    }
-
-    void refusalReasonComesFromTheMonitoredStatus() {
-        Session s;
-        s.start(true);
-        QVERIFY(s.tickUntil([&] { return s.link.MonitorRunning; }));
-        s.engine.PostCommand(QStringLiteral("0PJ"));  // jog while the servo is off
-        QVERIFY(s.tickUntil([&] { return !s.ui.messages.isEmpty(); }));
-        QCOMPARE(s.ui.messages[0].text, TextCatalogue::text(0, 1799) + QStringLiteral(" 3:\n") +
-                                            TextCatalogue::text(0, 1803) + QStringLiteral("\n\n") +
-                                            TextCatalogue::text(0, 1813));
-    }
-
-    void readAllThenWriteOne_data() {
-        QTest::addColumn<bool>("nonVolatile");
-        QTest::newRow("PW") << true;
-        QTest::newRow("PT") << false;
-    }
-    void readAllThenWriteOne() {
-        QFETCH(bool, nonVolatile);
-        Session s;
-        s.start(true);
-        QVERIFY(s.tickUntil([&] { return s.link.MonitorRunning; }));
-        s.params.readAll();
-        QVERIFY(s.tickUntil([&] { return s.global.Params.ParamsLoaded; }));
-        QVERIFY(!s.link.ParamTransferActive);
-        for (int n = 0; n < 120; ++n)
-            QCOMPARE(s.global.Params.ParamValue[n], s.driveParam(n));
-
-        const qint32 stored = s.storedParam(21);
-        const qint32 jog = s.global.Params.ParamValue[21] == 300 ? 250 : 300;
-        s.global.Params.ParamValue[21] = jog;
-        s.global.Params.ParamChanged[21] = true;
-        s.link.NonVolatileWrite[0] = nonVolatile;
-        QVERIFY(s.params.writeChanged());
-        QVERIFY(s.tickUntil([&] { return !s.global.Params.ParamChanged[21]; }));
-        const QString code = nonVolatile ? QStringLiteral("PW") : QStringLiteral("PT");
-        QCOMPARE(s.heardCount(QStringLiteral("0") + code + QStringLiteral("15;") +
-                              QString::number(jog, 16).toUpper()),
-                 1);
-        QCOMPARE(s.driveParam(21), jog);
-        QCOMPARE(s.storedParam(21), nonVolatile ? jog : stored);
-        QVERIFY(s.ui.messages.isEmpty());  // 21 needs no restart
     }
 };
 

@@ -140,14 +140,6 @@ private slots:
         QVERIFY(rig.find<ChildWindow>(u"PrmTbl"_s)->controlsEnabled());
     }
 
-    void okWithAllAxesDisablesTheTransfers() {
-        DialogRig rig;
-        ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TextAxisNum"_s), u"15"_s);
-        rig.click(u"Command(0)"_s);
-        QCOMPARE(rig.link().AxisNumber, 15);
-        QVERIFY(!rig.find<ChildWindow>(u"PointTbl"_s)->transferButtonsEnabled());
-    }
-
     void okWithAPortThatWillNotOpenKeepsTheDialog() {
         DialogRig rig({{"COMSetting/PortNumber", "2"}});
         rig.refuseOpen = true;

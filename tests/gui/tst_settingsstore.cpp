@@ -117,11 +117,15 @@ private slots:
         QTest::newRow("flag as a word"      ) << "COMSetting/Online"           << "no"     << "True";
         QTest::newRow("number, half to even") << "COMSetting/PortNumber"       << "2.5"    << "2";
         QTest::newRow("number as a word"    ) << "COMSetting/PortNumber"       << "three"  << "1";
-        QTest::newRow("port out of range"   ) << "COMSetting/PortNumber"       << "40"     << "1";
+        QTest::newRow("port at its maximum" ) << "COMSetting/PortNumber"       << "16"     << "16";
+        QTest::newRow("port above it"       ) << "COMSetting/PortNumber"       << "17"     << "1";
         QTest::newRow("axis out of range"   ) << "COMSetting/AxisNumber"       << "16"     << "0";
         QTest::newRow("baud rate unknown"   ) << "COMSetting/BaudRate"         << "12345"  << "9600";
         QTest::newRow("language unknown"    ) << "Language/Language"           << "2"      << "0";
-        QTest::newRow("retry time too short") << "COMSetting/RetryTime"        << "20"     << "250";
+        QTest::newRow("retry time at its minimum") << "COMSetting/RetryTime"   << "200"    << "200";
+        QTest::newRow("retry time below it" ) << "COMSetting/RetryTime"        << "199"    << "250";
+        QTest::newRow("retry time at its maximum") << "COMSetting/RetryTime"   << "2000"   << "2000";
+        QTest::newRow("retry time above it" ) << "COMSetting/RetryTime"        << "2001"   << "250";
         QTest::newRow("wave beyond 16 bits" ) << "WaveMonSettings/TrgPosition" << "70000"  << "128";
         // clang-format on
     }

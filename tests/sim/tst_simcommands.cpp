@@ -14,275 +14,245 @@ class TstSimCommands : public QObject {
     Q_OBJECT
 
 private slots:
-    void readAllParametersLayout();
-    void parameterWriteReadsBack_data();
-    void parameterWriteReadsBack();
-    void ramOnlyWritesAreLostOnReset();
-    void errorClasses_data();
-    void errorClasses();
-    void refusals_data();
-    void refusals();
-    void monitorDecodesToDriveState();
-    void olderVersionHasNoTorquePeak();
-    void pointTableRoundTrip();
-    void commandTableLayout();
-    void alarmDataAndHistory();
-};
-
-void TstSimCommands::readAllParametersLayout() {
-    Drive drive(3, 110);
-    const QString reply = send(drive, QStringLiteral("3pa"));
-    QVERIFY(reply.startsWith(QLatin1String("3pa")));
-    QCOMPARE(reply.size() - 3, 120 * 9);
-    for (int n = 0; n < params::Count; ++n) {
-        const QString field = payloadField(reply, 1 + 9 * n, 8);
-        const qint32 value = signedField(field);
-        QVERIFY2(params::inRange(n, value), qPrintable(QString::number(n)));
-        // The separator after the field must not read as a ninth digit.
-        QVERIFY(!QString(reply[3 + 9 * n + 8])
-                     .contains(QRegularExpression(QStringLiteral("[0-9A-F]"))));
+    void readAllParametersLayout() {
+        Drive drive(3, 110);
+        const QString reply = send(drive, QStringLiteral("3pa"));
+        QVERIFY(reply.startsWith(QLatin1String("3pa")));
+        QCOMPARE(reply.size() - 3, 120 * 9);
+        for (int n = 0; n < params::Count; ++n) {
+            const QString field = payloadField(reply, 1 + 9 * n, 8);
+            const qint32 value = signedField(field);
+            QVERIFY2(params::inRange(n, value), qPrintable(QString::number(n)));
+            // The separator after the field must not read as a ninth digit.
+            QVERIFY(!QString(reply[3 + 9 * n + 8])
+                         .contains(QRegularExpression(QStringLiteral("[0-9A-F]"))));
+        }
+        QCOMPARE(signedField(payloadField(reply, 1, 8)), 3);              // axis
+        QCOMPARE(signedField(payloadField(reply, 1 + 9 * 43, 8)), 0);     // 9600 baud
+        QCOMPARE(signedField(payloadField(reply, 1 + 9 * 119, 8)), 110);  // version
     }
-    QCOMPARE(signedField(payloadField(reply, 1, 8)), 3);              // axis
-    QCOMPARE(signedField(payloadField(reply, 1 + 9 * 43, 8)), 0);     // 9600 baud
-    QCOMPARE(signedField(payloadField(reply, 1 + 9 * 119, 8)), 110);  // version
-}
 
-void TstSimCommands::parameterWriteReadsBack_data() {
-    QTest::addColumn<QString>("write");
-    QTest::addColumn<QString>("read");
-    QTest::addColumn<QString>("reply");
-    QTest::newRow("negative 32-bit") << "1PW6;FFFFFFFB"
-                                     << "1PR6"
-                                     << "1PRFFFFFFFB";
-    QTest::newRow("RAM only, 03 at 65536") << "1PT3;10000"
-                                           << "1PR3"
-                                           << "1PR00010000";
-    QTest::newRow("lower-case hex taken") << "1PW3D;ff"
-                                          << "1PR3D"
-                                          << "1PR000000FF";
-    QTest::newRow("version cannot change") << "1PW77;64"
-                                           << "1PR77"
-                                           << "1PR0000006E";
-}
-
-void TstSimCommands::parameterWriteReadsBack() {
-    QFETCH(QString, write);
-    QFETCH(QString, read);
-    QFETCH(QString, reply);
-    Drive drive(1, 110);
-    QCOMPARE(send(drive, write), write.left(3));
-    QCOMPARE(send(drive, read), reply);
-}
-
-void TstSimCommands::ramOnlyWritesAreLostOnReset() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0PW15;1F4")), QStringLiteral("0PW"));
-    QCOMPARE(send(drive, QStringLiteral("0PT16;3E8")), QStringLiteral("0PT"));
-    QCOMPARE(send(drive, QStringLiteral("0TT0;0;7B;0;0;0")), QStringLiteral("0TT"));
-    QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
-    QCOMPARE(send(drive, QStringLiteral("0PR15")), QStringLiteral("0PR000001F4"));
-    QCOMPARE(send(drive, QStringLiteral("0PR16")), QStringLiteral("0PR00000064"));
-    QCOMPARE(send(drive, QStringLiteral("0TR0")).mid(3, 13), QStringLiteral("0010,00002710"));
-    // EW stores RAM, so a RAM-only write then survives the reset.
-    QCOMPARE(send(drive, QStringLiteral("0PT16;3E8")), QStringLiteral("0PT"));
-    QCOMPARE(send(drive, QStringLiteral("0EW")), QStringLiteral("0EW"));
-    QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
-    QCOMPARE(send(drive, QStringLiteral("0PR16")), QStringLiteral("0PR000003E8"));
-}
-
-void TstSimCommands::errorClasses_data() {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("reply");
-    const QString illegal = QStringLiteral("0ER0");
-    const QString badData = QStringLiteral("0ER1");
-    QTest::newRow("unknown code") << "0XX" << illegal;
-    QTest::newRow("code case matters") << "0MA" << illegal;
-    QTest::newRow("data where none belongs") << "0SO1" << illegal;
-    QTest::newRow("missing number") << "0PR" << illegal;
-    QTest::newRow("non-hex number") << "0PRG" << illegal;
-    QTest::newRow("one field for two") << "0PW5" << illegal;
-    QTest::newRow("too few point fields") << "0TW0;0;0;0" << illegal;
-    QTest::newRow("wm without position") << "0wm2000" << illegal;
-    QTest::newRow("text over 30 characters") << "0PW5;" + QString(30, QLatin1Char('0')) << illegal;
-    QTest::newRow("parameter 120") << "0PR78" << badData;
-    QTest::newRow("more than 32 bits") << "0PW5;123456789" << badData;
-    QTest::newRow("below the minimum") << "0PW2;0" << badData;
-    QTest::newRow("69 holds only 0") << "0PW45;1" << badData;
-    QTest::newRow("start point 64") << "0SP40" << badData;
-    QTest::newRow("velocity No. 10") << "0VSA" << badData;
-    QTest::newRow("point 64") << "0TW40;0;0;0;0;0" << badData;
-    QTest::newRow("position 100000000") << "0TW0;0;5F5E100;0;0;0" << badData;
-    QTest::newRow("velocity 4501") << "0VW0;1195" << badData;
-    QTest::newRow("velocity -1 in 16 bits") << "0VW0;FFFF" << badData;
-    QTest::newRow("ATC 0") << "0CW0;0" << badData;
-    QTest::newRow("torque 15001") << "0QW1;3A99" << badData;
-    QTest::newRow("time scale 6") << "0wm600080" << badData;
-}
-
-void TstSimCommands::errorClasses() {
-    QFETCH(QString, command);
-    QFETCH(QString, reply);
-    Drive drive(0, 110);
-    const QString before = send(drive, QStringLiteral("0pa"));
-    QCOMPARE(send(drive, command), reply);
-    QCOMPARE(send(drive, QStringLiteral("0pa")), before);  // nothing was written
-}
-
-void TstSimCommands::refusals_data() {
-    QTest::addColumn<QStringList>("setup");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("reply");
-    const QStringList motionCodes = {
-        QStringLiteral("OF"), QStringLiteral("ON"), QStringLiteral("ZO"), QStringLiteral("ZF"),
-        QStringLiteral("VO"), QStringLiteral("VF"), QStringLiteral("PJ"), QStringLiteral("NJ"),
-        QStringLiteral("JF"), QStringLiteral("S0"), QStringLiteral("S1"), QStringLiteral("S2"),
-        QStringLiteral("S3")};
-    const QStringList servoOn = {QStringLiteral("0SO")};
-    const QStringList running = {QStringLiteral("0SO"), QStringLiteral("0ON")};
-    for (const QString& code : motionCodes) {
-        QTest::addRow("%s servo off", qPrintable(code)) << QStringList() << "0" + code << "0ER3";
-        QTest::addRow("%s table running", qPrintable(code)) << running << "0" + code << "0ER3";
-        QTest::addRow("%s servo on", qPrintable(code)) << servoOn << "0" + code << "0" + code;
+    void parameterWriteReadsBack_data() {
+        QTest::addColumn<QString>("write");
+        QTest::addColumn<QString>("read");
+        QTest::addColumn<QString>("reply");
+        // clang-format off
+        QTest::newRow("negative 32-bit")       << "1PW6;FFFFFFFB" << "1PR6"  << "1PRFFFFFFFB";
+        QTest::newRow("RAM only, 03 at 65536") << "1PT3;10000"    << "1PR3"  << "1PR00010000";
+        QTest::newRow("lower-case hex taken")  << "1PW3D;ff"      << "1PR3D" << "1PR000000FF";
+        QTest::newRow("version cannot change") << "1PW77;64"      << "1PR77" << "1PR0000006E";
+        // clang-format on
     }
-    QTest::newRow("TP before zero return") << servoOn << "0TP"
-                                           << "0ER3";
-    QTest::newRow("RT servo on") << servoOn << "0RT"
-                                 << "0ER3";
-    QTest::newRow("SO in alarm") << QStringList{QStringLiteral("alarm")} << "0SO"
-                                 << "0ER3";
-    QTest::newRow("SO after alarm reset")
-        << QStringList{QStringLiteral("alarm"), QStringLiteral("0ES"), QStringLiteral("0AR")}
-        << "0SO"
-        << "0SO";
-    QTest::newRow("SP while running") << running << "0SP3"
-                                      << "0SP";
-}
 
-void TstSimCommands::refusals() {
-    QFETCH(QStringList, setup);
-    QFETCH(QString, command);
-    QFETCH(QString, reply);
-    Drive drive(0, 110);
-    for (const QString& step : setup) {
-        if (step == QLatin1String("alarm")) {
-            drive.model().raiseAlarm(AlarmState::OverHeat);
-        } else {
-            QCOMPARE(send(drive, step), step);
+    void parameterWriteReadsBack() {
+        QFETCH(QString, write);
+        QFETCH(QString, read);
+        QFETCH(QString, reply);
+        Drive drive(1, 110);
+        QCOMPARE(send(drive, write), write.left(3));
+        QCOMPARE(send(drive, read), reply);
+    }
+
+    void ramOnlyWritesAreLostOnReset() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0PW15;1F4")), QStringLiteral("0PW"));
+        QCOMPARE(send(drive, QStringLiteral("0PT16;3E8")), QStringLiteral("0PT"));
+        QCOMPARE(send(drive, QStringLiteral("0TT0;0;7B;0;0;0")), QStringLiteral("0TT"));
+        QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
+        QCOMPARE(send(drive, QStringLiteral("0PR15")), QStringLiteral("0PR000001F4"));
+        QCOMPARE(send(drive, QStringLiteral("0PR16")), QStringLiteral("0PR00000064"));
+        QCOMPARE(send(drive, QStringLiteral("0TR0")).mid(3, 13), QStringLiteral("0010,00002710"));
+        // EW stores RAM, so a RAM-only write then survives the reset.
+        QCOMPARE(send(drive, QStringLiteral("0PT16;3E8")), QStringLiteral("0PT"));
+        QCOMPARE(send(drive, QStringLiteral("0EW")), QStringLiteral("0EW"));
+        QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
+        QCOMPARE(send(drive, QStringLiteral("0PR16")), QStringLiteral("0PR000003E8"));
+    }
+
+    void errorClasses_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("reply");
+        const QString illegal = QStringLiteral("0ER0");
+        const QString badData = QStringLiteral("0ER1");
+        QTest::newRow("unknown code") << "0XX" << illegal;
+        QTest::newRow("code case matters") << "0MA" << illegal;
+        QTest::newRow("data where none belongs") << "0SO1" << illegal;
+        QTest::newRow("missing number") << "0PR" << illegal;
+        QTest::newRow("non-hex number") << "0PRG" << illegal;
+        QTest::newRow("one field for two") << "0PW5" << illegal;
+        QTest::newRow("too few point fields") << "0TW0;0;0;0" << illegal;
+        QTest::newRow("wm without position") << "0wm2000" << illegal;
+        QTest::newRow("text over 30 characters")
+            << "0PW5;" + QString(30, QLatin1Char('0')) << illegal;
+        QTest::newRow("parameter 120") << "0PR78" << badData;
+        QTest::newRow("more than 32 bits") << "0PW5;123456789" << badData;
+        QTest::newRow("below the minimum") << "0PW2;0" << badData;
+        QTest::newRow("69 holds only 0") << "0PW45;1" << badData;
+        QTest::newRow("start point 64") << "0SP40" << badData;
+        QTest::newRow("velocity No. 10") << "0VSA" << badData;
+        QTest::newRow("point 64") << "0TW40;0;0;0;0;0" << badData;
+        QTest::newRow("position 100000000") << "0TW0;0;5F5E100;0;0;0" << badData;
+        QTest::newRow("velocity 4501") << "0VW0;1195" << badData;
+        QTest::newRow("velocity -1 in 16 bits") << "0VW0;FFFF" << badData;
+        QTest::newRow("ATC 0") << "0CW0;0" << badData;
+        QTest::newRow("torque 15001") << "0QW1;3A99" << badData;
+        QTest::newRow("time scale 6") << "0wm600080" << badData;
+    }
+
+    void errorClasses() {
+        QFETCH(QString, command);
+        QFETCH(QString, reply);
+        Drive drive(0, 110);
+        const QString before = send(drive, QStringLiteral("0pa"));
+        QCOMPARE(send(drive, command), reply);
+        QCOMPARE(send(drive, QStringLiteral("0pa")), before);  // nothing was written
+    }
+
+    void refusals_data() {
+        QTest::addColumn<QStringList>("setup");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("reply");
+        const QStringList motionCodes = {
+            QStringLiteral("OF"), QStringLiteral("ON"), QStringLiteral("ZO"), QStringLiteral("ZF"),
+            QStringLiteral("VO"), QStringLiteral("VF"), QStringLiteral("PJ"), QStringLiteral("NJ"),
+            QStringLiteral("JF"), QStringLiteral("S0"), QStringLiteral("S1"), QStringLiteral("S2"),
+            QStringLiteral("S3")};
+        const QStringList servoOn = {QStringLiteral("0SO")};
+        const QStringList running = {QStringLiteral("0SO"), QStringLiteral("0ON")};
+        for (const QString& code : motionCodes) {
+            QTest::addRow("%s servo off", qPrintable(code))
+                << QStringList() << "0" + code << "0ER3";
+            QTest::addRow("%s table running", qPrintable(code)) << running << "0" + code << "0ER3";
+            QTest::addRow("%s servo on", qPrintable(code)) << servoOn << "0" + code << "0" + code;
+        }
+        const QStringList alarm{QStringLiteral("alarm")};
+        const QStringList reset{QStringLiteral("alarm"), QStringLiteral("0ES"),
+                                QStringLiteral("0AR")};
+        // clang-format off
+        QTest::newRow("TP before zero return") << servoOn << "0TP"  << "0ER3";
+        QTest::newRow("RT servo on")           << servoOn << "0RT"  << "0ER3";
+        QTest::newRow("SO in alarm")           << alarm   << "0SO"  << "0ER3";
+        QTest::newRow("SO after alarm reset")  << reset   << "0SO"  << "0SO";
+        QTest::newRow("SP while running")      << running << "0SP3" << "0SP";
+        // clang-format on
+    }
+
+    void refusals() {
+        QFETCH(QStringList, setup);
+        QFETCH(QString, command);
+        QFETCH(QString, reply);
+        Drive drive(0, 110);
+        for (const QString& step : setup) {
+            if (step == QLatin1String("alarm")) {
+                drive.model().raiseAlarm(AlarmState::OverHeat);
+            } else {
+                QCOMPARE(send(drive, step), step);
+            }
+        }
+        drive.advance(5);
+        QCOMPARE(send(drive, command), reply);
+    }
+
+    void monitorDecodesToDriveState() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
+        QCOMPARE(send(drive, QStringLiteral("0S2")), QStringLiteral("0S2"));  // +10000 pulses
+        drive.advance(200);
+
+        const QString ma = send(drive, QStringLiteral("0ma"));
+        QCOMPARE(ma.size(), 3 + 95);
+        const MonitorValues m = drive.model().monitor();
+        const qint32 now = signedField(payloadField(ma, 1, 8));
+        const qint32 command = signedField(payloadField(ma, 9, 8));
+        QCOMPARE(now, m.nowPosition);
+        QCOMPARE(command, m.positionCommand);
+        QCOMPARE(signedField(payloadField(ma, 17, 8)), command - now);
+        QCOMPARE(signedField(payloadField(ma, 25, 8)), 10000 - command);
+        QVERIFY(now > 0 && command > now);
+        QCOMPARE(signedField(payloadField(ma, 33, 4)), m.nowVelocity);
+        QCOMPARE(signedField(payloadField(ma, 37, 4)), 100);  // jog velocity, parameter 21
+        QCOMPARE(signedField(payloadField(ma, 51, 4)), 15000);
+        const int io = unsignedField(payloadField(ma, 63, 4));
+        const int status = unsignedField(payloadField(ma, 67, 4));
+        QCOMPARE(status, m.statusWord);
+        QVERIFY(status & (1 << DriveModel::ServoOnBit));
+        QVERIFY(status & (1 << DriveModel::RunPlusBit));
+        QVERIFY(status & (1 << DriveModel::CommandPlusBit));
+        QVERIFY(!(status & (1 << DriveModel::InpositionBit)));
+        QVERIFY(io & (1 << DriveModel::BrakeOutBit));
+        QVERIFY(!(io & (1 << DriveModel::FinOutBit)));
+        QCOMPARE(payloadField(ma, 71, 2), QStringLiteral("00"));
+        QCOMPARE(payloadField(ma, 73, 19), QString(19, QLatin1Char('0')));
+        QVERIFY(signedField(payloadField(ma, 92, 4)) > 0);  // torque peak
+
+        drive.model().raiseAlarm(AlarmState::OverCurrent);
+        const QString alarmed = send(drive, QStringLiteral("0ma"));
+        QCOMPARE(payloadField(alarmed, 71, 2), QStringLiteral("05"));
+        const int alarmStatus = unsignedField(payloadField(alarmed, 67, 4));
+        QVERIFY(alarmStatus & (1 << DriveModel::AlarmBit));
+        QVERIFY(!(alarmStatus & (1 << DriveModel::ServoOnBit)));
+        QVERIFY(unsignedField(payloadField(alarmed, 63, 4)) & (1 << DriveModel::AlarmOutBit));
+    }
+
+    void olderVersionHasNoTorquePeak() {
+        Drive drive(2, 106);
+        QCOMPARE(send(drive, QStringLiteral("2PR77")), QStringLiteral("2PR0000006A"));
+        QCOMPARE(send(drive, QStringLiteral("2ma")).size(), 3 + 91);
+        for (const char* code : {"2QP", "2EW", "2ED", "2EP"}) {
+            QCOMPARE(send(drive, QString::fromLatin1(code)), QStringLiteral("2ER0"));
         }
     }
-    drive.advance(5);
-    QCOMPARE(send(drive, command), reply);
-}
 
-void TstSimCommands::monitorDecodesToDriveState() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
-    QCOMPARE(send(drive, QStringLiteral("0S2")), QStringLiteral("0S2"));  // +10000 pulses
-    drive.advance(200);
-
-    const QString ma = send(drive, QStringLiteral("0ma"));
-    QCOMPARE(ma.size(), 3 + 95);
-    const MonitorValues m = drive.model().monitor();
-    const qint32 now = signedField(payloadField(ma, 1, 8));
-    const qint32 command = signedField(payloadField(ma, 9, 8));
-    QCOMPARE(now, m.nowPosition);
-    QCOMPARE(command, m.positionCommand);
-    QCOMPARE(signedField(payloadField(ma, 17, 8)), command - now);
-    QCOMPARE(signedField(payloadField(ma, 25, 8)), 10000 - command);
-    QVERIFY(now > 0 && command > now);
-    QCOMPARE(signedField(payloadField(ma, 33, 4)), m.nowVelocity);
-    QCOMPARE(signedField(payloadField(ma, 37, 4)), 100);  // jog velocity, parameter 21
-    QCOMPARE(signedField(payloadField(ma, 51, 4)), 15000);
-    const int io = unsignedField(payloadField(ma, 63, 4));
-    const int status = unsignedField(payloadField(ma, 67, 4));
-    QCOMPARE(status, m.statusWord);
-    QVERIFY(status & (1 << DriveModel::ServoOnBit));
-    QVERIFY(status & (1 << DriveModel::RunPlusBit));
-    QVERIFY(status & (1 << DriveModel::CommandPlusBit));
-    QVERIFY(!(status & (1 << DriveModel::InpositionBit)));
-    QVERIFY(io & (1 << DriveModel::BrakeOutBit));
-    QVERIFY(!(io & (1 << DriveModel::FinOutBit)));
-    QCOMPARE(payloadField(ma, 71, 2), QStringLiteral("00"));
-    QCOMPARE(payloadField(ma, 73, 19), QString(19, QLatin1Char('0')));
-    QVERIFY(signedField(payloadField(ma, 92, 4)) > 0);  // torque peak
-
-    drive.advance(2000);
-    const QString settled = send(drive, QStringLiteral("0ma"));
-    QCOMPARE(payloadField(settled, 1, 8), QStringLiteral("00002710"));
-    QCOMPARE(payloadField(settled, 25, 8), QStringLiteral("00000000"));
-    QVERIFY(unsignedField(payloadField(settled, 67, 4)) & (1 << DriveModel::InpositionBit));
-    QVERIFY(unsignedField(payloadField(settled, 63, 4)) & (1 << DriveModel::FinOutBit));
-
-    QCOMPARE(send(drive, QStringLiteral("0NWFFFFFC18")), QStringLiteral("0NW"));
-    QCOMPARE(payloadField(send(drive, QStringLiteral("0ma")), 1, 8), QStringLiteral("FFFFFC18"));
-
-    drive.model().raiseAlarm(AlarmState::OverCurrent);
-    const QString alarmed = send(drive, QStringLiteral("0ma"));
-    QCOMPARE(payloadField(alarmed, 71, 2), QStringLiteral("05"));
-    const int alarmStatus = unsignedField(payloadField(alarmed, 67, 4));
-    QVERIFY(alarmStatus & (1 << DriveModel::AlarmBit));
-    QVERIFY(!(alarmStatus & (1 << DriveModel::ServoOnBit)));
-    QVERIFY(unsignedField(payloadField(alarmed, 63, 4)) & (1 << DriveModel::AlarmOutBit));
-}
-
-void TstSimCommands::olderVersionHasNoTorquePeak() {
-    Drive drive(2, 106);
-    QCOMPARE(send(drive, QStringLiteral("2PR77")), QStringLiteral("2PR0000006A"));
-    QCOMPARE(send(drive, QStringLiteral("2ma")).size(), 3 + 91);
-    for (const char* code : {"2QP", "2EW", "2ED", "2EP"}) {
-        QCOMPARE(send(drive, QString::fromLatin1(code)), QStringLiteral("2ER0"));
+    void pointTableRoundTrip() {
+        Drive drive(1, 110);
+        QCOMPARE(send(drive, QStringLiteral("1TW5;21;FFFFFC18;3;2;1F4")), QStringLiteral("1TW"));
+        QCOMPARE(send(drive, QStringLiteral("1TR5")), QStringLiteral("1TR0021,FFFFFC18,3,2,01F4,"));
+        QCOMPARE(send(drive, QStringLiteral("1TT3F;39;0;9;9;FFFF")), QStringLiteral("1TT"));
+        const QString ta = send(drive, QStringLiteral("1ta"));
+        QCOMPARE(ta.size(), 3 + 64 * 23);
+        QCOMPARE(payloadField(ta, 1 + 23 * 5, 23), QStringLiteral("0021,FFFFFC18,3,2,01F4,"));
+        QCOMPARE(payloadField(ta, 1 + 23 * 63, 23), QStringLiteral("0039,00000000,9,9,FFFF,"));
     }
-}
 
-void TstSimCommands::pointTableRoundTrip() {
-    Drive drive(1, 110);
-    QCOMPARE(send(drive, QStringLiteral("1TW5;21;FFFFFC18;3;2;1F4")), QStringLiteral("1TW"));
-    QCOMPARE(send(drive, QStringLiteral("1TR5")), QStringLiteral("1TR0021,FFFFFC18,3,2,01F4,"));
-    QCOMPARE(send(drive, QStringLiteral("1TT3F;39;0;9;9;FFFF")), QStringLiteral("1TT"));
-    const QString ta = send(drive, QStringLiteral("1ta"));
-    QCOMPARE(ta.size(), 3 + 64 * 23);
-    QCOMPARE(payloadField(ta, 1 + 23 * 5, 23), QStringLiteral("0021,FFFFFC18,3,2,01F4,"));
-    QCOMPARE(payloadField(ta, 1 + 23 * 63, 23), QStringLiteral("0039,00000000,9,9,FFFF,"));
-}
-
-void TstSimCommands::commandTableLayout() {
-    Drive drive(0, 110);
-    for (const char* write : {"0VW3;5DC", "0CW0;64", "0QW7;3A98", "0VT9;0", "0CT9;F423F"}) {
-        QCOMPARE(send(drive, QString::fromLatin1(write)), QString::fromLatin1(write).left(3));
+    void commandTableLayout() {
+        Drive drive(0, 110);
+        for (const char* write : {"0VW3;5DC", "0CW0;64", "0QW7;3A98", "0VT9;0", "0CT9;F423F"}) {
+            QCOMPARE(send(drive, QString::fromLatin1(write)), QString::fromLatin1(write).left(3));
+        }
+        const QString ca = send(drive, QStringLiteral("0ca"));
+        QCOMPARE(ca.size(), 3 + 180);
+        // Reply positions: velocity i at 4+5i, ATC i at 54+9i, torque i at 144+5i.
+        QCOMPARE(ca.mid(4 + 5 * 3 - 1, 4), QStringLiteral("05DC"));
+        QCOMPARE(ca.mid(4 + 5 * 9 - 1, 4), QStringLiteral("0000"));
+        QCOMPARE(ca.mid(54 - 1, 8), QStringLiteral("00000064"));
+        QCOMPARE(ca.mid(54 + 9 * 9 - 1, 8), QStringLiteral("000F423F"));
+        QCOMPARE(ca.mid(144 + 5 * 7 - 1, 4), QStringLiteral("3A98"));
+        QCOMPARE(send(drive, QStringLiteral("0VR3")), QStringLiteral("0VR05DC"));
+        QCOMPARE(send(drive, QStringLiteral("0CR0")), QStringLiteral("0CR00000064"));
+        QCOMPARE(send(drive, QStringLiteral("0QR7")), QStringLiteral("0QR3A98"));
     }
-    const QString ca = send(drive, QStringLiteral("0ca"));
-    QCOMPARE(ca.size(), 3 + 180);
-    // Reply positions: velocity i at 4+5i, ATC i at 54+9i, torque i at 144+5i.
-    QCOMPARE(ca.mid(4 + 5 * 3 - 1, 4), QStringLiteral("05DC"));
-    QCOMPARE(ca.mid(4 + 5 * 9 - 1, 4), QStringLiteral("0000"));
-    QCOMPARE(ca.mid(54 - 1, 8), QStringLiteral("00000064"));
-    QCOMPARE(ca.mid(54 + 9 * 9 - 1, 8), QStringLiteral("000F423F"));
-    QCOMPARE(ca.mid(144 + 5 * 7 - 1, 4), QStringLiteral("3A98"));
-    QCOMPARE(send(drive, QStringLiteral("0VR3")), QStringLiteral("0VR05DC"));
-    QCOMPARE(send(drive, QStringLiteral("0CR0")), QStringLiteral("0CR00000064"));
-    QCOMPARE(send(drive, QStringLiteral("0QR7")), QStringLiteral("0QR3A98"));
-}
 
-void TstSimCommands::alarmDataAndHistory() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0AD")),
-             QStringLiteral("0AD00") + QString(16, QLatin1Char('0')));
-    drive.model().raiseAlarm(AlarmState::SystemError);
-    drive.model().raiseAlarm(AlarmState::OverCurrent);
-    drive.model().raiseAlarm(AlarmState::SystemError);  // still active: not recorded again
-    QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD140503000000000000"));
-    QCOMPARE(send(drive, QStringLiteral("0AR")), QStringLiteral("0AR"));
-    QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD000503000000000000"));
-    // Nine more alarms: the history keeps the newest eight.
-    for (int n = 1; n <= 8; ++n) {
-        drive.model().raiseAlarm(n);
-        drive.model().resetAlarms();
+    void alarmDataAndHistory() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0AD")),
+                 QStringLiteral("0AD00") + QString(16, QLatin1Char('0')));
+        drive.model().raiseAlarm(AlarmState::SystemError);
+        drive.model().raiseAlarm(AlarmState::OverCurrent);
+        drive.model().raiseAlarm(AlarmState::SystemError);  // still active: not recorded again
+        QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD140503000000000000"));
+        QCOMPARE(send(drive, QStringLiteral("0AR")), QStringLiteral("0AR"));
+        QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD000503000000000000"));
+        // Nine more alarms: the history keeps the newest eight.
+        for (int n = 1; n <= 8; ++n) {
+            drive.model().raiseAlarm(n);
+            drive.model().resetAlarms();
+        }
+        drive.model().raiseAlarm(AlarmState::EncoderError);
+        QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD020208070605040302"));
+        QCOMPARE(send(drive, QStringLiteral("0HC")), QStringLiteral("0HC"));
+        QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD020000000000000000"));
     }
-    drive.model().raiseAlarm(AlarmState::EncoderError);
-    QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD020208070605040302"));
-    QCOMPARE(send(drive, QStringLiteral("0HC")), QStringLiteral("0HC"));
-    QCOMPARE(send(drive, QStringLiteral("0AD")), QStringLiteral("0AD020000000000000000"));
-}
+};
 
 QTEST_GUILESS_MAIN(TstSimCommands)
 #include "tst_simcommands.moc"

@@ -34,213 +34,143 @@ class TstSimMotion : public QObject {
     Q_OBJECT
 
 private slots:
-    void jogRunsAtJogVelocityAndStops_data();
-    void jogRunsAtJogVelocityAndStops();
-    void stepMovesByItsParameter_data();
-    void stepMovesByItsParameter();
-    void velocityDriveFollowsSelection();
-    void zeroReturnHomesAndAllowsTeaching();
-    void pointTableRunsThroughItsPoints();
-    void loopingRunEndsWithServoOff();
-    void emergencyStopHoldsUntilAlarmReset();
-    void torquePeakHoldsUntilReset();
-    void overDeviationRaisesAlarm();
-    void softwareLimitStopsJog();
-};
-
-void TstSimMotion::jogRunsAtJogVelocityAndStops_data() {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<int>("sign");
-    QTest::newRow("positive") << "0PJ" << 1;
-    QTest::newRow("negative") << "0NJ" << -1;
-}
-
-void TstSimMotion::jogRunsAtJogVelocityAndStops() {
-    QFETCH(QString, code);
-    QFETCH(int, sign);
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0PW15;12C")), QStringLiteral("0PW"));  // 300 rpm
-    servoOn(drive);
-    QCOMPARE(send(drive, code), code);
-    drive.advance(600);
-    MonitorValues m = drive.model().monitor();
-    QCOMPARE(m.commandVelocity, sign * 300);
-    QVERIFY(qAbs(m.nowVelocity - sign * 300) <= 1);
-    QVERIFY(m.nowPosition * sign > 1000);
-    QVERIFY(statusBit(drive, sign > 0 ? DriveModel::RunPlusBit : DriveModel::RunMinusBit));
-
-    QCOMPARE(send(drive, QStringLiteral("0JF")), QStringLiteral("0JF"));
-    QVERIFY(runUntil(drive, 2000, [&] { return drive.model().monitor().nowVelocity == 0; }));
-    drive.advance(300);
-    m = drive.model().monitor();
-    drive.advance(300);
-    QCOMPARE(drive.model().monitor().nowPosition, m.nowPosition);
-    QVERIFY(statusBit(drive, DriveModel::InpositionBit));
-}
-
-void TstSimMotion::stepMovesByItsParameter_data() {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<int>("target");
-    QTest::newRow("S1") << "0S1" << -1000;
-    QTest::newRow("S2") << "0S2" << 10000;
-}
-
-void TstSimMotion::stepMovesByItsParameter() {
-    QFETCH(QString, code);
-    QFETCH(int, target);
-    Drive drive(0, 110);
-    servoOn(drive);
-    QCOMPARE(send(drive, code), code);
-    drive.advance(50);
-    QCOMPARE(drive.model().monitor().restPulses != 0, true);
-    QVERIFY(runUntil(drive, 5000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
-    drive.advance(500);
-    QCOMPARE(drive.model().monitor().nowPosition, target);
-    QCOMPARE(drive.model().monitor().restPulses, 0);
-    // A second step goes on from there.
-    QCOMPARE(send(drive, code), code);
-    QVERIFY(runUntil(drive, 5000, [&] { return !drive.model().motion().busy(); }));
-    QCOMPARE(drive.model().monitor().positionCommand, 2 * target);
-}
-
-void TstSimMotion::velocityDriveFollowsSelection() {
-    Drive drive(0, 110);
-    servoOn(drive);
-    for (const char* c : {"0VS3", "0VN", "0VO"}) {
-        QCOMPARE(send(drive, QString::fromLatin1(c)), QString::fromLatin1(c).left(3));
+    void jogRunsAtJogVelocityAndStops_data() {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<int>("sign");
+        QTest::newRow("positive") << "0PJ" << 1;
+        QTest::newRow("negative") << "0NJ" << -1;
     }
-    drive.advance(1000);
-    QCOMPARE(drive.model().monitor().commandVelocity, -1000);  // velocity No.3
-    QCOMPARE(send(drive, QStringLiteral("0VS4")), QStringLiteral("0VS"));
-    QCOMPARE(send(drive, QStringLiteral("0VP")), QStringLiteral("0VP"));
-    drive.advance(2000);
-    QCOMPARE(drive.model().monitor().commandVelocity, 1500);
-    QCOMPARE(send(drive, QStringLiteral("0VF")), QStringLiteral("0VF"));
-    QVERIFY(runUntil(drive, 3000, [&] { return !drive.model().motion().busy(); }));
-    QCOMPARE(drive.model().monitor().commandVelocity, 0);
-}
 
-void TstSimMotion::zeroReturnHomesAndAllowsTeaching() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0PW20;64")), QStringLiteral("0PW"));  // last run 100
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0TP")), QStringLiteral("0ER3"));
-    QCOMPARE(send(drive, QStringLiteral("0ZO")), QStringLiteral("0ZO"));
-    drive.advance(100);
-    QVERIFY(drive.model().monitor().commandVelocity < 0);  // parameter 28 = 0: negative
-    QVERIFY(runUntil(drive, 5000, [&] { return drive.model().zeroReturnFinished(); }));
-    drive.advance(500);
-    const MonitorValues m = drive.model().monitor();
-    QCOMPARE(m.nowPosition, 0);
-    QVERIFY(m.decZPulses > 0 && m.decZPulses <= 10000 + 2 * 2500);
-    QVERIFY(statusBit(drive, DriveModel::ZeroReturnFinishedBit));
+    void jogRunsAtJogVelocityAndStops() {
+        QFETCH(QString, code);
+        QFETCH(int, sign);
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0PW15;12C")), QStringLiteral("0PW"));  // 300 rpm
+        servoOn(drive);
+        QCOMPARE(send(drive, code), code);
+        drive.advance(600);
+        MonitorValues m = drive.model().monitor();
+        QCOMPARE(m.commandVelocity, sign * 300);
+        QVERIFY(qAbs(m.nowVelocity - sign * 300) <= 1);
+        QVERIFY(m.nowPosition * sign > 1000);
+        QVERIFY(statusBit(drive, sign > 0 ? DriveModel::RunPlusBit : DriveModel::RunMinusBit));
 
-    // Teaching stores the present position into the start point.
-    QCOMPARE(send(drive, QStringLiteral("0SP7")), QStringLiteral("0SP"));
-    QCOMPARE(send(drive, QStringLiteral("0S0")), QStringLiteral("0S0"));
-    QVERIFY(runUntil(drive, 3000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
-    drive.advance(500);
-    QCOMPARE(send(drive, QStringLiteral("0TP")), QStringLiteral("0TP"));
-    QCOMPARE(send(drive, QStringLiteral("0TR7")).mid(8, 8), QStringLiteral("000003E8"));
+        QCOMPARE(send(drive, QStringLiteral("0JF")), QStringLiteral("0JF"));
+        QVERIFY(runUntil(drive, 2000, [&] { return drive.model().monitor().nowVelocity == 0; }));
+        drive.advance(300);
+        m = drive.model().monitor();
+        drive.advance(300);
+        QCOMPARE(drive.model().monitor().nowPosition, m.nowPosition);
+        QVERIFY(statusBit(drive, DriveModel::InpositionBit));
+    }
 
-    QCOMPARE(send(drive, QStringLiteral("0SF")), QStringLiteral("0SF"));
-    QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
-    QVERIFY(!drive.model().zeroReturnFinished());
-}
+    void stepMovesByItsParameter_data() {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<int>("target");
+        QTest::newRow("S1") << "0S1" << -1000;
+        QTest::newRow("S2") << "0S2" << 10000;
+    }
 
-void TstSimMotion::pointTableRunsThroughItsPoints() {
-    Drive drive(0, 110);
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0ON")), QStringLiteral("0ON"));
-    QList<int> visited;
-    qint32 furthest = 0;
-    const bool ended = runUntil(drive, 20000, [&] {
+    void stepMovesByItsParameter() {
+        QFETCH(QString, code);
+        QFETCH(int, target);
+        Drive drive(0, 110);
+        servoOn(drive);
+        QCOMPARE(send(drive, code), code);
+        drive.advance(50);
+        QCOMPARE(drive.model().monitor().restPulses != 0, true);
+        QVERIFY(runUntil(drive, 5000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
+        drive.advance(500);
+        QCOMPARE(drive.model().monitor().nowPosition, target);
+        QCOMPARE(drive.model().monitor().restPulses, 0);
+        // A second step goes on from there.
+        QCOMPARE(send(drive, code), code);
+        QVERIFY(runUntil(drive, 5000, [&] { return !drive.model().motion().busy(); }));
+        QCOMPARE(drive.model().monitor().positionCommand, 2 * target);
+    }
+
+    void zeroReturnHomesAndAllowsTeaching() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0PW20;64")), QStringLiteral("0PW"));  // last run 100
+        servoOn(drive);
+        QCOMPARE(send(drive, QStringLiteral("0TP")), QStringLiteral("0ER3"));
+        QCOMPARE(send(drive, QStringLiteral("0ZO")), QStringLiteral("0ZO"));
+        drive.advance(100);
+        QVERIFY(drive.model().monitor().commandVelocity < 0);  // parameter 28 = 0: negative
+        QVERIFY(runUntil(drive, 5000, [&] { return drive.model().zeroReturnFinished(); }));
+        drive.advance(500);
         const MonitorValues m = drive.model().monitor();
-        if (!statusBit(drive, DriveModel::PointMoveBit))
-            return true;
-        if (visited.isEmpty() || visited.last() != m.nowPoint)
-            visited << m.nowPoint;
-        furthest = qMax(furthest, m.nowPosition);
-        return false;
-    });
-    QVERIFY(ended);
-    QCOMPARE(visited, (QList<int>{0, 1, 2, 3}));
-    QVERIFY(furthest > 19900 && furthest <= 20000);
-    drive.advance(500);
-    QCOMPARE(drive.model().monitor().nowPosition, 0);  // point 3 is absolute 0
-    // Once the run has ended the motion commands are accepted again.
-    QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
-}
+        QCOMPARE(m.nowPosition, 0);
+        QVERIFY(m.decZPulses > 0 && m.decZPulses <= 10000 + 2 * 2500);
+        QVERIFY(statusBit(drive, DriveModel::ZeroReturnFinishedBit));
 
-void TstSimMotion::loopingRunEndsWithServoOff() {
-    Drive drive(0, 110);
-    // Point 3 now goes back to the start point (next start 3).
-    QCOMPARE(send(drive, QStringLiteral("0TT3;30;0;5;2;0")), QStringLiteral("0TT"));
-    QCOMPARE(send(drive, QStringLiteral("0SP1")), QStringLiteral("0SP"));
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0ON")), QStringLiteral("0ON"));
-    QCOMPARE(drive.model().monitor().startPoint, 1);
-    QVERIFY(runUntil(drive, 20000, [&] { return drive.model().monitor().nowPoint == 3; }));
-    QCOMPARE(drive.model().monitor().nextPoint, 1);
-    QVERIFY(runUntil(drive, 20000, [&] { return drive.model().monitor().nowPoint == 1; }));
-    QVERIFY(statusBit(drive, DriveModel::PointMoveBit));
-    QCOMPARE(send(drive, QStringLiteral("0SF")), QStringLiteral("0SF"));
-    QVERIFY(!statusBit(drive, DriveModel::PointMoveBit));
-    QVERIFY(!statusBit(drive, DriveModel::ServoOnBit));
-}
+        // Teaching stores the present position into the start point.
+        QCOMPARE(send(drive, QStringLiteral("0SP7")), QStringLiteral("0SP"));
+        QCOMPARE(send(drive, QStringLiteral("0S0")), QStringLiteral("0S0"));
+        QVERIFY(runUntil(drive, 3000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
+        drive.advance(500);
+        QCOMPARE(send(drive, QStringLiteral("0TP")), QStringLiteral("0TP"));
+        QCOMPARE(send(drive, QStringLiteral("0TR7")).mid(8, 8), QStringLiteral("000003E8"));
 
-void TstSimMotion::emergencyStopHoldsUntilAlarmReset() {
-    Drive drive(0, 110);
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
-    drive.advance(300);
-    QCOMPARE(send(drive, QStringLiteral("0ES")), QStringLiteral("0ES"));
-    drive.advance(10);
-    QCOMPARE(drive.model().monitor().commandVelocity, 0);
-    QVERIFY(statusBit(drive, DriveModel::EmergencyStopBit));
-    QVERIFY(!statusBit(drive, DriveModel::ServoOnBit));
-    QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0ER3"));
-    QCOMPARE(send(drive, QStringLiteral("0AR")), QStringLiteral("0AR"));
-    QVERIFY(!statusBit(drive, DriveModel::EmergencyStopBit));
-    servoOn(drive);
-}
+        QCOMPARE(send(drive, QStringLiteral("0SF")), QStringLiteral("0SF"));
+        QCOMPARE(send(drive, QStringLiteral("0RT")), QStringLiteral("<none>"));
+        QVERIFY(!drive.model().zeroReturnFinished());
+    }
 
-void TstSimMotion::torquePeakHoldsUntilReset() {
-    Drive drive(0, 110);
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0S2")), QStringLiteral("0S2"));
-    QVERIFY(runUntil(drive, 5000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
-    drive.advance(500);
-    const int peak = drive.model().monitor().torquePeak;
-    QVERIFY(peak > 0);
-    QVERIFY(peak >= qAbs(drive.model().monitor().torque));
-    QCOMPARE(send(drive, QStringLiteral("0QP")), QStringLiteral("0QP"));
-    drive.advance(100);
-    QCOMPARE(drive.model().monitor().torquePeak, 0);
-}
+    void pointTableRunsThroughItsPoints() {
+        Drive drive(0, 110);
+        servoOn(drive);
+        QCOMPARE(send(drive, QStringLiteral("0ON")), QStringLiteral("0ON"));
+        QList<int> visited;
+        qint32 furthest = 0;
+        const bool ended = runUntil(drive, 20000, [&] {
+            const MonitorValues m = drive.model().monitor();
+            if (!statusBit(drive, DriveModel::PointMoveBit))
+                return true;
+            if (visited.isEmpty() || visited.last() != m.nowPoint)
+                visited << m.nowPoint;
+            furthest = qMax(furthest, m.nowPosition);
+            return false;
+        });
+        QVERIFY(ended);
+        QCOMPARE(visited, (QList<int>{0, 1, 2, 3}));
+        QVERIFY(furthest > 19900 && furthest <= 20000);
+        drive.advance(500);
+        QCOMPARE(drive.model().monitor().nowPosition, 0);  // point 3 is absolute 0
+        // Once the run has ended the motion commands are accepted again.
+        QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
+    }
 
-void TstSimMotion::overDeviationRaisesAlarm() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0PWB;0")), QStringLiteral("0PW"));    // gain 0
-    QCOMPARE(send(drive, QStringLiteral("0PW11;64")), QStringLiteral("0PW"));  // max 100
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
-    QVERIFY(runUntil(drive, 2000, [&] { return drive.model().alarms().active(); }));
-    QCOMPARE(drive.model().monitor().alarmCode, int{AlarmState::OverDeviation});
-    QVERIFY(!statusBit(drive, DriveModel::ServoOnBit));
-    QCOMPARE(send(drive, QStringLiteral("0AD")).mid(3, 4), QStringLiteral("0804"));
-}
+    void emergencyStopHoldsUntilAlarmReset() {
+        Drive drive(0, 110);
+        servoOn(drive);
+        QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
+        drive.advance(300);
+        QCOMPARE(send(drive, QStringLiteral("0ES")), QStringLiteral("0ES"));
+        drive.advance(10);
+        QCOMPARE(drive.model().monitor().commandVelocity, 0);
+        QVERIFY(statusBit(drive, DriveModel::EmergencyStopBit));
+        QVERIFY(!statusBit(drive, DriveModel::ServoOnBit));
+        QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0ER3"));
+        QCOMPARE(send(drive, QStringLiteral("0AR")), QStringLiteral("0AR"));
+        QVERIFY(!statusBit(drive, DriveModel::EmergencyStopBit));
+        servoOn(drive);
+    }
 
-void TstSimMotion::softwareLimitStopsJog() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0PW6;1388")), QStringLiteral("0PW"));  // +OT 5000
-    servoOn(drive);
-    QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
-    QVERIFY(runUntil(drive, 10000, [&] { return statusBit(drive, DriveModel::PlusOtBit); }));
-    drive.advance(500);
-    QCOMPARE(drive.model().monitor().positionCommand, 5000);
-    QCOMPARE(drive.model().monitor().commandVelocity, 0);
-}
+    void torquePeakHoldsUntilReset() {
+        Drive drive(0, 110);
+        servoOn(drive);
+        QCOMPARE(send(drive, QStringLiteral("0S2")), QStringLiteral("0S2"));
+        QVERIFY(runUntil(drive, 5000, [&] { return statusBit(drive, DriveModel::InpositionBit); }));
+        drive.advance(500);
+        const int peak = drive.model().monitor().torquePeak;
+        QVERIFY(peak > 0);
+        QVERIFY(peak >= qAbs(drive.model().monitor().torque));
+        QCOMPARE(send(drive, QStringLiteral("0QP")), QStringLiteral("0QP"));
+        drive.advance(100);
+        QCOMPARE(drive.model().monitor().torquePeak, 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TstSimMotion)
 #include "tst_simmotion.moc"

@@ -47,116 +47,111 @@ class TstSimWave : public QObject {
     Q_OBJECT
 
 private slots:
-    void manualTriggerSendsRecordAfterTrigger();
-    void triggerLandsAtRequestedPosition_data();
-    void triggerLandsAtRequestedPosition();
-    void cancelledCaptureSendsNothing();
-    void settingsAreTakenWithoutArming();
-};
-
-void TstSimWave::manualTriggerSendsRecordAfterTrigger() {
-    Drive drive(4, 110);
-    QCOMPARE(send(drive, QStringLiteral("4wm230080")), QStringLiteral("4wm"));
-    QCOMPARE(nextUnsolicited(drive, 5), QStringLiteral("4wr"));
-    // 100 ms/div: 4 ms per sample, 124 samples after the trigger.
-    drive.advance(400);
-    QVERIFY(drive.takeUnsolicited().isEmpty());
-    const QString wd = nextUnsolicited(drive, 200);
-    QVERIFY(wd.startsWith(QLatin1String("4wd")));
-    QCOMPARE(wd.size(), 3 + 250 * 12);
-    QCOMPARE(decodeRecord(wd).size(), 250);
-    QCOMPARE(drive.wave().state(), WaveCapture::State::Idle);
-}
-
-void TstSimWave::triggerLandsAtRequestedPosition_data() {
-    QTest::addColumn<QStringList>("before");  // sent before arming
-    QTest::addColumn<QString>("arm");
-    QTest::addColumn<QStringList>("after");  // sent after arming
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("channel");
-    QTest::addColumn<bool>("rising");
-    QTest::addColumn<int>("level");
-
-    const QStringList none;
-    const QStringList jog{QStringLiteral("0PJ")};
-    QTest::newRow("velocity + up at 20 %, 1 ms")
-        << none << "0wm000033" << jog << 50 << "velocity" << true << 10;
-    QTest::newRow("velocity + up at 80 %, 2 ms")
-        << none << "0wm1000CD" << jog << 200 << "velocity" << true << 10;
-    QTest::newRow("velocity - down, negative jog")
-        << none << "0wm200380" << QStringList{QStringLiteral("0NJ")} << 125 << "velocity" << false
-        << -10;
-    QTest::newRow("velocity + down, jog stopped")
-        << QStringList{QStringLiteral("0PJ"), QStringLiteral("wait")} << "0wm200180"
-        << QStringList{QStringLiteral("0JF")} << 125 << "velocity" << false << 10;
-    QTest::newRow("torque + up") << none << "0wm210080" << jog << 125 << "torque" << true << 10;
-    QTest::newRow("logic FIN + down") << none << "0wm220180" << jog << 125 << "logic" << false << 0;
-}
-
-void TstSimWave::triggerLandsAtRequestedPosition() {
-    QFETCH(QStringList, before);
-    QFETCH(QString, arm);
-    QFETCH(QStringList, after);
-    QFETCH(int, index);
-    QFETCH(QString, channel);
-    QFETCH(bool, rising);
-    QFETCH(int, level);
-
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
-    drive.advance(200);
-    for (const QString& c : before) {
-        if (c == QLatin1String("wait")) {
-            drive.advance(1000);
-        } else {
-            QCOMPARE(send(drive, c), c);
-        }
+    void manualTriggerSendsRecordAfterTrigger() {
+        Drive drive(4, 110);
+        QCOMPARE(send(drive, QStringLiteral("4wm230080")), QStringLiteral("4wm"));
+        QCOMPARE(nextUnsolicited(drive, 5), QStringLiteral("4wr"));
+        // 100 ms/div: 4 ms per sample, 124 samples after the trigger.
+        drive.advance(400);
+        QVERIFY(drive.takeUnsolicited().isEmpty());
+        const QString wd = nextUnsolicited(drive, 200);
+        QVERIFY(wd.startsWith(QLatin1String("4wd")));
+        QCOMPARE(wd.size(), 3 + 250 * 12);
+        QCOMPARE(decodeRecord(wd).size(), 250);
+        QCOMPARE(drive.wave().state(), WaveCapture::State::Idle);
     }
-    QCOMPARE(send(drive, arm), QStringLiteral("0wm"));
-    // Nothing happens while the signals stand still.
-    drive.advance(100);
-    QVERIFY(drive.takeUnsolicited().isEmpty());
-    for (const QString& c : after)
-        QCOMPARE(send(drive, c), c);
-    QCOMPARE(nextUnsolicited(drive, 2000), QStringLiteral("0wr"));
-    const QString wd = nextUnsolicited(drive, 20000);
-    const QList<Sample> samples = decodeRecord(wd);
-    QCOMPARE(samples.size(), 250);
 
-    const auto value = [&](int i) {
-        const Sample& s = samples.at(i);
-        return channel == QLatin1String("velocity") ? s.velocity
-               : channel == QLatin1String("torque") ? s.torque
-                                                    : s.logic;
-    };
-    const int previous = value(index - 1);
-    const int current = value(index);
-    const bool crossed =
-        rising ? (previous < level && current >= level) : (previous > level && current <= level);
-    QVERIFY2(crossed, qPrintable(QStringLiteral("%1 -> %2").arg(previous).arg(current)));
-}
+    void triggerLandsAtRequestedPosition_data() {
+        QTest::addColumn<QStringList>("before");  // sent before arming
+        QTest::addColumn<QString>("arm");
+        QTest::addColumn<QStringList>("after");  // sent after arming
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("channel");
+        QTest::addColumn<bool>("rising");
+        QTest::addColumn<int>("level");
 
-void TstSimWave::cancelledCaptureSendsNothing() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
-    QCOMPARE(send(drive, QStringLiteral("0wm200080")), QStringLiteral("0wm"));
-    QCOMPARE(send(drive, QStringLiteral("0wq")), QStringLiteral("0wq"));
-    QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
-    QCOMPARE(nextUnsolicited(drive, 3000), QString());
-}
+        const QStringList none;
+        const QStringList jog{QStringLiteral("0PJ")};
+        QTest::newRow("velocity + up at 20 %, 1 ms")
+            << none << "0wm000033" << jog << 50 << "velocity" << true << 10;
+        QTest::newRow("velocity + up at 80 %, 2 ms")
+            << none << "0wm1000CD" << jog << 200 << "velocity" << true << 10;
+        QTest::newRow("velocity - down, negative jog")
+            << none << "0wm200380" << QStringList{QStringLiteral("0NJ")} << 125 << "velocity"
+            << false << -10;
+        QTest::newRow("velocity + down, jog stopped")
+            << QStringList{QStringLiteral("0PJ"), QStringLiteral("wait")} << "0wm200180"
+            << QStringList{QStringLiteral("0JF")} << 125 << "velocity" << false << 10;
+        QTest::newRow("torque + up") << none << "0wm210080" << jog << 125 << "torque" << true << 10;
+        QTest::newRow("logic FIN + down")
+            << none << "0wm220180" << jog << 125 << "logic" << false << 0;
+    }
 
-void TstSimWave::settingsAreTakenWithoutArming() {
-    Drive drive(0, 110);
-    QCOMPARE(send(drive, QStringLiteral("0wt5123CD")), QStringLiteral("0wt"));
-    const WaveSettings s = drive.wave().settings();
-    QCOMPARE(s.timeScale, 5);
-    QCOMPARE(s.source, int{WaveSettings::TorqueCommand});
-    QCOMPARE(s.logic, int{WaveSettings::VelocityLimit});
-    QCOMPARE(s.edge, int{WaveSettings::MinusDown});
-    QCOMPARE(s.triggerPosition, 0xCD);
-    QCOMPARE(drive.wave().state(), WaveCapture::State::Idle);
-    QCOMPARE(nextUnsolicited(drive, 100), QString());
-}
+    void triggerLandsAtRequestedPosition() {
+        QFETCH(QStringList, before);
+        QFETCH(QString, arm);
+        QFETCH(QStringList, after);
+        QFETCH(int, index);
+        QFETCH(QString, channel);
+        QFETCH(bool, rising);
+        QFETCH(int, level);
+
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
+        drive.advance(200);
+        for (const QString& c : before) {
+            if (c == QLatin1String("wait")) {
+                drive.advance(1000);
+            } else {
+                QCOMPARE(send(drive, c), c);
+            }
+        }
+        QCOMPARE(send(drive, arm), QStringLiteral("0wm"));
+        // Nothing happens while the signals stand still.
+        drive.advance(100);
+        QVERIFY(drive.takeUnsolicited().isEmpty());
+        for (const QString& c : after)
+            QCOMPARE(send(drive, c), c);
+        QCOMPARE(nextUnsolicited(drive, 2000), QStringLiteral("0wr"));
+        const QString wd = nextUnsolicited(drive, 20000);
+        const QList<Sample> samples = decodeRecord(wd);
+        QCOMPARE(samples.size(), 250);
+
+        const auto value = [&](int i) {
+            const Sample& s = samples.at(i);
+            return channel == QLatin1String("velocity") ? s.velocity
+                   : channel == QLatin1String("torque") ? s.torque
+                                                        : s.logic;
+        };
+        const int previous = value(index - 1);
+        const int current = value(index);
+        const bool crossed = rising ? (previous < level && current >= level)
+                                    : (previous > level && current <= level);
+        QVERIFY2(crossed, qPrintable(QStringLiteral("%1 -> %2").arg(previous).arg(current)));
+    }
+
+    void cancelledCaptureSendsNothing() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0SO")), QStringLiteral("0SO"));
+        QCOMPARE(send(drive, QStringLiteral("0wm200080")), QStringLiteral("0wm"));
+        QCOMPARE(send(drive, QStringLiteral("0wq")), QStringLiteral("0wq"));
+        QCOMPARE(send(drive, QStringLiteral("0PJ")), QStringLiteral("0PJ"));
+        QCOMPARE(nextUnsolicited(drive, 3000), QString());
+    }
+
+    void settingsAreTakenWithoutArming() {
+        Drive drive(0, 110);
+        QCOMPARE(send(drive, QStringLiteral("0wt5123CD")), QStringLiteral("0wt"));
+        const WaveSettings s = drive.wave().settings();
+        QCOMPARE(s.timeScale, 5);
+        QCOMPARE(s.source, int{WaveSettings::TorqueCommand});
+        QCOMPARE(s.logic, int{WaveSettings::VelocityLimit});
+        QCOMPARE(s.edge, int{WaveSettings::MinusDown});
+        QCOMPARE(s.triggerPosition, 0xCD);
+        QCOMPARE(drive.wave().state(), WaveCapture::State::Idle);
+        QCOMPARE(nextUnsolicited(drive, 100), QString());
+    }
+};
 
 QTEST_GUILESS_MAIN(TstSimWave)
 #include "tst_simwave.moc"
