@@ -3,12 +3,23 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QSocketNotifier>
 #include <QTextStream>
 
+#include <sys/signalfd.h>
+#include <csignal>
 #include <cstdio>
 
 int main(int argc, char* argv[]) {
+    // Ctrl-C and kill end the event loop like a normal exit, so the line's temporary name goes.
+    sigset_t stop{};
+    sigemptyset(&stop);
+    sigaddset(&stop, SIGINT);
+    sigaddset(&stop, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stop, nullptr);
     QCoreApplication app(argc, argv);
+    QSocketNotifier stopped(signalfd(-1, &stop, SFD_CLOEXEC), QSocketNotifier::Read);
+    QObject::connect(&stopped, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
     QCoreApplication::setApplicationName(QStringLiteral("velora-sim"));
 
     QCommandLineParser parser;
