@@ -1,6 +1,5 @@
 #include "SimTestSupport.h"
 #include "sim/Drive.h"
-#include "sim/ParameterCatalogue.h"
 
 #include <QtTest>
 
@@ -14,24 +13,6 @@ class TstSimCommands : public QObject {
     Q_OBJECT
 
 private slots:
-    void readAllParametersLayout() {
-        Drive drive(3, 110);
-        const QString reply = send(drive, QStringLiteral("3pa"));
-        QVERIFY(reply.startsWith(QLatin1String("3pa")));
-        QCOMPARE(reply.size() - 3, 120 * 9);
-        for (int n = 0; n < params::Count; ++n) {
-            const QString field = payloadField(reply, 1 + 9 * n, 8);
-            const qint32 value = signedField(field);
-            QVERIFY2(params::inRange(n, value), qPrintable(QString::number(n)));
-            // The separator after the field must not read as a ninth digit.
-            QVERIFY(!QString(reply[3 + 9 * n + 8])
-                         .contains(QRegularExpression(QStringLiteral("[0-9A-F]"))));
-        }
-        QCOMPARE(signedField(payloadField(reply, 1, 8)), 3);              // axis
-        QCOMPARE(signedField(payloadField(reply, 1 + 9 * 43, 8)), 0);     // 9600 baud
-        QCOMPARE(signedField(payloadField(reply, 1 + 9 * 119, 8)), 110);  // version
-    }
-
     void parameterWriteReadsBack_data() {
         QTest::addColumn<QString>("write");
         QTest::addColumn<QString>("read");
