@@ -1,3 +1,4 @@
+#include "app/TextCatalogue.h"
 #include "e2e/SimLink.h"
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamCatalogue.h"
@@ -52,6 +53,35 @@ private slots:
         QCOMPARE(sim.heardCount(QStringLiteral("0PR77")), 2);
         QCOMPARE(sim.ui.comText[1], QStringLiteral("0PR0000006E"));  // version 1.10
         QVERIFY(sim.ui.controlsEnabled);
+    }
+
+    void replyWhileEveryAxisIsAddressedIsNotRead() {
+        Session s;
+        s.line.faults().delayMs = 100;
+        s.start(false);
+        s.engine.SendCommand(QStringLiteral("0PR77"));
+        s.link.AxisNumber = 15;  // no drive answers a command to all axes
+        QVERIFY(QTest::qWaitFor([&] { return s.heardCount(QStringLiteral("0PR77")) == 1; }, 2000));
+        QTest::qWait(250);
+        QVERIFY(s.link.AwaitingReply && s.link.ReceiveBuffer.isEmpty());
+        QCOMPARE(s.link.DriverVersion, 0);
+    }
+
+    void openFailureNamesDeviceAndReason() {
+        SimLink sim;
+        sim.link.PortNumber = 4;
+        sim.engine.setDeviceOverride(QStringLiteral("/dev/velora-no-such-port"));
+        sim.engine.start(250);
+        QVERIFY(!sim.link.PortOpen);
+        QCOMPARE(sim.link.PortNumber, 1);
+        QCOMPARE(sim.ui.messages.size(), 1);
+        const QString text = sim.ui.messages[0].text;
+        QVERIFY(text.startsWith(TextCatalogue::text(0, 1702) + QLatin1Char('\n')));
+        QVERIFY(text.contains(QStringLiteral("/dev/velora-no-such-port: ")));
+        QVERIFY(!sim.engine.lastOpen().reason.isEmpty());
+        QVERIFY(text.endsWith(sim.engine.lastOpen().reason));
+        QCOMPARE(sim.ui.messages[0].caption, TextCatalogue::text(0, 1703));
+        QVERIFY(sim.engine.timer1Active());
     }
 
     void monitorChainIdentifiesTheDriveFirst() {
