@@ -75,14 +75,11 @@ private slots:
         // Parameter 10 selects a column: every value it accepts has one.
         QCOMPARE(ParamCatalogue::maximum(ParamCatalogue::PresetSelect),
                  ParamTables::PresetColumns - 1);
+        // Column 15 is seen where Enter on parameter 10 applies it.
         QList<qint32> first;
-        QList<qint32> last;
-        for (int row = 0; row < ParamTables::PresetRows; ++row) {
+        for (int row = 0; row < ParamTables::PresetRows; ++row)
             first << ParamCatalogue::tuningPreset(row, 0);
-            last << ParamCatalogue::tuningPreset(row, 15);
-        }
         QCOMPARE(first, (QList<qint32>{50, 0, 5, 15, 70, 1}));
-        QCOMPARE(last, (QList<qint32>{200, 100, 100, 200, 500, 1}));
     }
 
     void commandModeCoupling() {
