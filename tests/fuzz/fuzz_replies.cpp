@@ -58,7 +58,9 @@ struct Line {
         engine.endOfTransmission();
         for (const qint16 entry : global.Alarms.AlarmHistory)
             VELORA_FUZZ_CHECK(entry >= 0 && entry <= AlarmData::AlarmCount);
-        VELORA_FUZZ_CHECK(global.Link.DriverVersion >= 0 && global.Link.DriverVersion <= 0xFFFF);
+        // The drive's version is a signed 16-bit number.
+        VELORA_FUZZ_CHECK(global.Link.DriverVersion >= -32768 &&
+                          global.Link.DriverVersion <= 32767);
         VELORA_FUZZ_CHECK(!global.Link.AwaitingReply || !global.Link.LastCommand.isEmpty());
     }
 
