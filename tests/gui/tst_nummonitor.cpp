@@ -109,8 +109,8 @@ private slots:
     void monitorSwitch() {
         ShellRig rig;
         rig.start();
-        const QColor chosen(QRgb(monitorcolour::SwitchChosen));
-        const QColor idle(QRgb(monitorcolour::SwitchIdle));
+        const QColor chosen{QRgb(monitorcolour::SwitchChosen)};
+        const QColor idle{QRgb(monitorcolour::SwitchIdle)};
         QCOMPARE(switchColour(rig, 0), chosen);
         QCOMPARE(switchColour(rig, 1), idle);
         const int sentBefore = rig.sent().size();
