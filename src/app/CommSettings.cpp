@@ -342,8 +342,7 @@ void CommSettings::CmdSrch_Click() {
         search_.cancel();
         return;
     }
-    global_.Link.UsbMode = usbChosen();
-    search_.start();
+    search_.start(usbChosen());
     if (search_.running())
         setSearchingLook(true);
 }
