@@ -27,6 +27,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -96,13 +97,26 @@ void MDIParent::fitToScreen() {
         resize(kDesignSize);
         return;
     }
-    // Maximised, the window manager fits the frame and its title bar into the area; without
-    // one, the window covers the area exactly.
-    setGeometry(available);
+    // Maximised, a window manager fits the frame and its title bar into the area.
+    resize(kDesignSize.boundedTo(available.size()));
     setWindowState(windowState() | Qt::WindowMaximized);
 }
 
+void MDIParent::keepInsideScreen() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen || !isVisible())
+        return;
+    const QRect available = screen->availableGeometry();
+    if (available.contains(frameGeometry()))
+        return;
+    // Without a window manager nothing honours the maximised state: the frame itself goes
+    // where the area is.
+    const QMargins margins = windowHandle() ? windowHandle()->frameMargins() : QMargins();
+    setGeometry(available.marginsRemoved(margins));
+}
+
 void MDIParent::placeChildren() {
+    keepInsideScreen();
     // The frame's layout decides the area's size; it must be settled before anything is placed.
     layout()->activate();
     centralWidget()->layout()->activate();

@@ -75,6 +75,8 @@ protected:
 private:
     // The design size, or the available screen area on a smaller screen.
     void fitToScreen();
+    // Once shown, the frame with its decorations lies inside the available area.
+    void keepInsideScreen();
     // Every child window's frame starts inside the MDI area as it is now.
     void placeChildren();
     void buildMenus();

@@ -92,6 +92,20 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return sim.heardCount(QStringLiteral("0ma")) > 0; }, 2000));
     }
 
+    void monitorPollRefusedAgainSwitchesTheMonitorOff() {
+        SimLink sim;
+        sim.line.faults().errorCodes.insert(QStringLiteral("ma"), 3);
+        sim.start(true, false);
+        // One refusal is shown and polled past; the same refusal right after stops the monitor.
+        QVERIFY(QTest::qWaitFor([&] { return sim.ui.messages.size() == 2; }, 2000));
+        QVERIFY(!sim.ui.messages[0].text.contains(en(1821)));
+        QVERIFY(sim.ui.messages[1].text.endsWith(en(1821)));
+        QVERIFY(!sim.link.RealTimeMonitor && sim.ui.realTimeMonitorShownOff);
+        sim.ticks(4);
+        QCOMPARE(sim.ui.messages.size(), 2);
+        QCOMPARE(sim.heardCount(QStringLiteral("0ma")), 2);
+    }
+
     void unknownCodeAndBadDataAnswerErrors() {
         SimLink sim;
         sim.start(false);
