@@ -297,6 +297,10 @@ void MDIParent::startUp() {
     global_.RetryTime = setup_.settings.loadRetryTime();
     applyBackEnd(engine_, setup_.transports);
     engine_.start(global_.RetryTime);
+    // Without the monitor no reply comes unasked to unlock the windows: they are usable as
+    // soon as the port is open.
+    if (s.Online && s.PortOpen && !s.RealTimeMonitor)
+        engine_.EnableControls(true);
     if (!s.Online)
         CaptionOffLineChange(s.LanguageId, 1);
 

@@ -30,7 +30,7 @@ void ComConsoleWindow::LanguageSelect(int languageId) {
 
 void ComConsoleWindow::EnableControls(bool enable) {
     ChildWindow::EnableControls(enable);
-    consoleEnabled_ = sendingAllowed();
+    consoleEnabled_ = enable;
 }
 
 void ComConsoleWindow::setComText(int index, const QString& text) {
