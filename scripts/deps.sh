@@ -4,7 +4,7 @@
 # Usage: scripts/deps.sh [extra package...]
 set -euo pipefail
 
-packages=(cmake g++ make ninja-build qt6-base-dev qt6-serialport-dev "$@")
+packages=(cmake g++ make ninja-build qt6-base-dev qt6-serialport-dev qt6-translations-l10n "$@")
 
 missing=()
 for package in "${packages[@]}"; do

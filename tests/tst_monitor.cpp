@@ -140,6 +140,23 @@ private slots:
         QCOMPARE(shown[1][0].toBool(), false);
     }
 
+    void unansweredIdentificationIsAskedAgainAtMostOncePerMinute() {
+        LinkRig rig;
+        RealTimeMonitor monitor(rig.engine);
+        QDateTime now = QDateTime::fromSecsSinceEpoch(0);
+        rig.engine.setClock([&now] { return now; });
+        rig.port->reply(reply(0, 0));  // asks "1PR77", which is never answered
+        for (int i = 0; i < 20 && rig.ui.messages.isEmpty(); ++i)
+            rig.ticks(1);
+        QCOMPARE(rig.ui.messages.size(), 1);  // the failure question, answered Cancel
+        rig.port->frames.clear();
+        for (const int seconds : {30, 31, 0}) {
+            now = now.addSecs(seconds);
+            rig.port->reply(reply(0, 0));
+        }
+        QCOMPARE(rig.sent(), (QStringList{"1ma", "1PR77", "1ma"}));
+    }
+
     void tellsWindowsWhatToShow() {
         LinkRig rig;
         RealTimeMonitor monitor(rig.engine);

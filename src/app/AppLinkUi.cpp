@@ -44,6 +44,10 @@ void AppLinkUi::showNotice(const QString& text, const QString& caption) {
     boxes_.show(text, caption, QMessageBox::Information);
 }
 
+void AppLinkUi::showWarning(const QString& text, const QString& caption) {
+    boxes_.show(text, caption, QMessageBox::Warning);
+}
+
 void AppLinkUi::setComText(int index, const QString& text) {
     if (windows_.console)
         windows_.console->setComText(index, text);

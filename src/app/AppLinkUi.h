@@ -40,6 +40,7 @@ public:
     void showError(const QString& text, const QString& caption) override;
     [[nodiscard]] bool askRetry(const QString& text, const QString& caption) override;
     void showNotice(const QString& text, const QString& caption) override;
+    void showWarning(const QString& text, const QString& caption) override;
 
     void setComText(int index, const QString& text) override;
 

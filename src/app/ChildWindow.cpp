@@ -1,5 +1,7 @@
 #include "app/ChildWindow.h"
 
+#include "shared/LinkState.h"
+
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 
@@ -7,6 +9,10 @@ namespace velora {
 
 ChildWindow::ChildWindow(const QString& name, QWidget* parent) : QWidget(parent) {
     setObjectName(name);
+}
+
+bool ChildWindow::linkReady() const {
+    return followedLink_ && followedLink_->Online && followedLink_->PortOpen;
 }
 
 void ChildWindow::EnableControls(bool enable) {

@@ -176,7 +176,8 @@ void CommSettings::activate() {
     TxtReplyWait->setText(QString::number(global_.Params.ParamValue[ParamCatalogue::ReplyWait]));
     Command[0]->setFocus();
     CmdSrch->setEnabled(s.Online);
-    CmdReplyWait->setEnabled(s.Online);
+    // The reply wait is a command: it needs the open port, which the search opens itself.
+    CmdReplyWait->setEnabled(s.Online && s.PortOpen);
     setSearchingLook(false);
     LanguageSelect(s.LanguageId);
     fillPortList();
@@ -342,8 +343,7 @@ void CommSettings::CmdSrch_Click() {
         search_.cancel();
         return;
     }
-    global_.Link.UsbMode = usbChosen();
-    search_.start();
+    search_.start(usbChosen());
     if (search_.running())
         setSearchingLook(true);
 }

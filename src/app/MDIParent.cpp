@@ -21,10 +21,15 @@
 #include <QActionGroup>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
+
+#include <algorithm>
 
 namespace velora {
 
@@ -41,6 +46,22 @@ constexpr std::array<QRect, 8> kPlacement{{
     {1000, 220, 290, 220},  // AlarmMon
     {570, 450, 720, 330},   // HMon
 }};
+
+// The size the frame is laid out for; smaller screens get the available area instead.
+constexpr QSize kDesignSize{1300, 860};
+
+// A child window's start inside an MDI area smaller than the design: its place scaled down
+// with the area, its size cut to the area, and never beyond the area's right or lower edge.
+QRect startInside(QRect placed, const QSize& area, const QSize& designArea) {
+    if (area.width() < designArea.width())
+        placed.moveLeft(placed.x() * area.width() / designArea.width());
+    if (area.height() < designArea.height())
+        placed.moveTop(placed.y() * area.height() / designArea.height());
+    placed.setSize(placed.size().boundedTo(area));
+    placed.moveLeft(std::max(0, std::min(placed.x(), area.width() - placed.width())));
+    placed.moveTop(std::max(0, std::min(placed.y(), area.height() - placed.height())));
+    return placed;
+}
 
 template <typename W>
 W* named(W* object, const QString& name) {
@@ -66,7 +87,48 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
     buildMenus();
     connectReplyFamilies();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
-    resize(1300, 860);
+    fitToScreen();
+}
+
+void MDIParent::fitToScreen() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect available = screen ? screen->availableGeometry() : QRect(QPoint(), kDesignSize);
+    if (available.width() >= kDesignSize.width() && available.height() >= kDesignSize.height()) {
+        resize(kDesignSize);
+        return;
+    }
+    // Maximised, a window manager fits the frame and its title bar into the area.
+    resize(kDesignSize.boundedTo(available.size()));
+    setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void MDIParent::keepInsideScreen() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen || !isVisible())
+        return;
+    const QRect available = screen->availableGeometry();
+    if (available.contains(frameGeometry()))
+        return;
+    // Without a window manager nothing honours the maximised state: the frame itself goes
+    // where the area is.
+    const QMargins margins = windowHandle() ? windowHandle()->frameMargins() : QMargins();
+    setGeometry(available.marginsRemoved(margins));
+}
+
+void MDIParent::placeChildren() {
+    keepInsideScreen();
+    // The frame's layout decides the area's size; it must be settled before anything is placed.
+    layout()->activate();
+    centralWidget()->layout()->activate();
+    const QSize area = mdiArea_->contentsRect().size();
+    if (area.isEmpty())
+        return;
+    const QSize designArea(kDesignSize.width(), kDesignSize.height() - (height() - area.height()));
+    const QList<ChildWindow*> children = childWindows();
+    for (int i = 0; i < children.size(); ++i) {
+        children[i]->parentWidget()->setGeometry(
+            startInside(kPlacement.at(static_cast<std::size_t>(i)), area, designArea));
+    }
 }
 
 MDIParent::~MDIParent() {
@@ -95,6 +157,9 @@ void MDIParent::buildWindows() {
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     mdiArea_ = named(new QMdiArea(central), QStringLiteral("MDIClient"));
+    // On a small screen the windows stay reachable: the area scrolls instead of cutting them.
+    mdiArea_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdiArea_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     systemBar_ = new SystemBar(engine_, central);
     column->addWidget(mdiArea_, 1);
     column->addWidget(systemBar_);
@@ -111,6 +176,7 @@ void MDIParent::buildWindows() {
     hMon_ = new HMonWindow(mdiArea_);
     const QList<ChildWindow*> children = childWindows();
     for (int i = 0; i < children.size(); ++i) {
+        children[i]->followLink(global_.Link);
         QMdiSubWindow* frame = mdiArea_->addSubWindow(children[i]);
         frame->setGeometry(kPlacement.at(static_cast<std::size_t>(i)));
         frame->hide();  // until its turn in the start-up
@@ -189,6 +255,8 @@ void MDIParent::LanguageSelect(int languageId) {
 
 void MDIParent::LanguageOfAllWindows() {
     const int lang = global_.Link.LanguageId;
+    // First, so that the toolkit's buttons and dialogs follow from the next box on.
+    toolkitTexts_.select(lang);
     LanguageSelect(lang);
     alarmMon_->LanguageSelect(lang);
     comConsole_->LanguageSelect(lang);
@@ -216,6 +284,7 @@ void MDIParent::startUp() {
     // The settings, then the tables the windows show. The tables start empty, so no editor
     // counts as holding data read from the drive.
     setup_.settings.loadComAndLanguage(global_);
+    toolkitTexts_.select(s.LanguageId);
     InitParamTables(global_.Params);
     // Each window loads its texts as it loads, so that none stands empty while the port is
     // being opened and a message may be waiting; all are set again once every window is there.
@@ -228,9 +297,14 @@ void MDIParent::startUp() {
     global_.RetryTime = setup_.settings.loadRetryTime();
     applyBackEnd(engine_, setup_.transports);
     engine_.start(global_.RetryTime);
+    // Without the monitor no reply comes unasked to unlock the windows: they are usable as
+    // soon as the port is open.
+    if (s.Online && s.PortOpen && !s.RealTimeMonitor)
+        engine_.EnableControls(true);
     if (!s.Online)
         CaptionOffLineChange(s.LanguageId, 1);
 
+    placeChildren();
     for (ChildWindow* child : childWindows()) {
         if (child == hMon_)
             setup_.settings.loadWaveMon(global_.WaveMon);

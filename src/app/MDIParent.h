@@ -3,6 +3,7 @@
 #include "app/AppLinkUi.h"
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
+#include "app/ToolkitTexts.h"
 #include "link/LinkEngine.h"
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
@@ -72,6 +73,12 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    // The design size, or the available screen area on a smaller screen.
+    void fitToScreen();
+    // Once shown, the frame with its decorations lies inside the available area.
+    void keepInsideScreen();
+    // Every child window's frame starts inside the MDI area as it is now.
+    void placeChildren();
     void buildMenus();
     void buildWindows();
     void connectReplyFamilies();
@@ -84,6 +91,7 @@ private:
     Global& global_;
     ShellSetup setup_;
     MessageBoxes boxes_;
+    ToolkitTexts toolkitTexts_;
     AppLinkUi ui_;
     LinkEngine engine_;
     // The reply families run beside the engine, not inside a window, so that identification

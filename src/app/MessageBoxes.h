@@ -18,6 +18,7 @@ public:
         QString title;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+        QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
     };
     using Answerer = std::function<QMessageBox::StandardButton(const Message&)>;
 
@@ -30,10 +31,11 @@ public:
     void setAnswerer(Answerer answerer) { answerer_ = std::move(answerer); }
 
     // Shows the box and returns the button pressed (Escape or the close box give the box's
-    // escape button).
-    QMessageBox::StandardButton show(const QString& text, const QString& title,
-                                     QMessageBox::Icon icon,
-                                     QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+    // escape button). Enter presses defaultButton; NoButton leaves the choice to the toolkit.
+    QMessageBox::StandardButton show(
+        const QString& text, const QString& title, QMessageBox::Icon icon,
+        QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+        QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
 
 private:
     QPointer<QWidget> owner_;

@@ -33,12 +33,14 @@ QString PortSearch::SearchBaud() const {
     return QString::number(rate(rateIndex_));
 }
 
-void PortSearch::start() {
+void PortSearch::start(bool usb) {
     LinkState& s = engine_.state();
     axis_ = 0;
     rateIndex_ = 0;
     savedAxis_ = s.AxisNumber;
+    savedUsb_ = s.UsbMode;
     savedBaud_ = s.BaudRate;
+    s.UsbMode = usb;
     s.Searching = true;
     // A pending alarm would leave the probes unsupervised, and then no step would ever come.
     s.AlarmSeen = false;
@@ -98,13 +100,12 @@ void PortSearch::finish(Outcome outcome) {
     s.Searching = false;
     s.AwaitingReply = false;
     s.AxisNumber = savedAxis_;
-    // A found drive answers at the rate the port is open at now, so the port stays there; the
-    // dialog shows that rate and OK makes it the setting. Otherwise the link goes back to the
-    // rate it had.
-    if (outcome != Outcome::Found) {
-        s.BaudRate = savedBaud_;
-        engine_.reopen();
-    }
+    s.UsbMode = savedUsb_;
+    s.BaudRate = savedBaud_;
+    // The dialog shows what was found; until its OK applies it, the link runs as before, so
+    // that Cancel (or quitting, which saves the settings) keeps the old setting.
+    applyBackEnd(engine_, factory_);
+    engine_.reopen();
     if (ended_)
         ended_(outcome);
 }

@@ -35,9 +35,9 @@ public:
     [[nodiscard]] int SearchAxis() const { return axis_; }
     [[nodiscard]] QString SearchBaud() const;
 
-    // Opens the port at 9600 through the back-end that UsbMode names and sends the first probe.
+    // Opens the port at 9600 through the back-end that usb names and sends the first probe.
     // A port that cannot be opened ends the search at once (NotFound).
-    void start();
+    void start(bool usb);
     void cancel();
     // The probe got no reply: the next axis, or the next rate from axis 0.
     void step();
@@ -50,7 +50,8 @@ public:
 
 private:
     void probe();
-    // Puts the axis and rate of the link back (the port too, unless the drive was found there).
+    // Puts the back-end, axis and rate of the link back and reopens the port as it was, found
+    // or not: a found setting takes effect only when the user confirms it.
     void finish(Outcome outcome);
 
     LinkEngine& engine_;
@@ -59,6 +60,7 @@ private:
     int axis_ = 0;
     int rateIndex_ = 0;
     int savedAxis_ = 0;
+    bool savedUsb_ = false;
     QString savedBaud_;
 };
 

@@ -346,6 +346,12 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1815, u"Zero Return is Not Finished."},
     {1816, u"In Alarm."},
     {1817, u"In Servo On."},
+    {1820,
+     u"Not sent: Velora is offline or the COM port is not open. Go online with OK in System - Comm "
+     u"Settings."},
+    {1821,
+     u"The drive refused the monitor request again: the RealTime Monitor is switched off. Check "
+     u"the drive, then switch the monitor on in the Monitor window."},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
     {1901, u"Parameter"},
@@ -698,6 +704,12 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2815, u"原点復帰が完了していません"},
     {2816, u"アラームが発生しています"},
     {2817, u"サーボオン中です"},
+    {2820,
+     u"送信できません。オフラインか、COMポートが開いていません。システム - "
+     u"通信設定のOKでオンラインにしてください。"},
+    {2821,
+     u"ドライブがモニタ要求を再び拒否したため、リアルタイムモニタをオフにしました。ドライブを確認し"
+     u"てから、モニタ画面でモニタをオンにしてください。"},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
     {2901, u"パラメータ"},

@@ -25,7 +25,8 @@ public:
     [[nodiscard]] QString comText(int index) const;
     // The send button and the command buttons.
     void disableConsole();
-    [[nodiscard]] bool consoleEnabled() const { return consoleEnabled_; }
+    // Under the sending rule of every window: never while the link is down.
+    [[nodiscard]] bool consoleEnabled() const { return consoleEnabled_ && sendingAllowed(); }
     // Whether the free-text Send button has been revealed (the options dialog then offers the
     // RAM-only writes).
     [[nodiscard]] bool commandSendVisible() const { return false; }

@@ -10,13 +10,15 @@
 
 namespace velora {
 
-void CommandSender::SendCommand(const QString& text) {
+bool CommandSender::SendCommand(const QString& text) {
     if (text.isEmpty())
-        return;
+        return false;
     LinkState& s = engine_.state();
+    if (!reachable())
+        return false;
     if (wire::checkCommandText(text) != wire::TextCheck::Ok) {
         refuse(text);
-        return;
+        return false;
     }
     const QString code = wire::codeOf(text);
     const bool broadcast = wire::isBroadcast(text, s.AxisNumber);
@@ -47,16 +49,28 @@ void CommandSender::SendCommand(const QString& text) {
         engine_.ui().setComText(0, text);
     }
     engine_.SendByteData(text);
+    return true;
 }
 
-void CommandSender::PostCommand(const QString& text) {
+bool CommandSender::PostCommand(const QString& text) {
     LinkState& s = engine_.state();
+    if (!reachable())
+        return false;
     s.QueuedCommand = text;
     if (s.RealTimeMonitor)
-        return;  // leaves with the next slot of the monitor chain
+        return true;  // leaves with the next slot of the monitor chain
     const QString now = s.QueuedCommand;
     s.QueuedCommand.clear();
-    SendCommand(now);
+    return SendCommand(now);
+}
+
+bool CommandSender::reachable() const {
+    const LinkState& s = engine_.state();
+    if (s.Online && s.PortOpen)
+        return true;
+    engine_.showError(TextCatalogue::text(s.LanguageId, 1820),
+                      TextCatalogue::text(s.LanguageId, 1705));
+    return false;
 }
 
 int CommandSender::waitLimit() const {

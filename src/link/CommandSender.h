@@ -15,8 +15,10 @@ class CommandSender {
 public:
     explicit CommandSender(LinkEngine& engine) : engine_(engine) {}
 
-    void SendCommand(const QString& text);
-    void PostCommand(const QString& text);
+    // Both return false, having sent and queued nothing, when the command cannot reach the
+    // drive (offline, port closed, or a text no frame can carry); the user has been told why.
+    bool SendCommand(const QString& text);
+    bool PostCommand(const QString& text);
 
     // One tick of supervision. Returns true when the tick was spent on a port search step.
     bool supervise();
@@ -31,6 +33,9 @@ public:
 private:
     // A text that cannot travel in one frame is refused with a message, never cut.
     void refuse(const QString& text);
+    // Offline or without an open port nothing reaches the wire: said at once, so that no
+    // window waits for a reply that cannot come.
+    [[nodiscard]] bool reachable() const;
     void communicationFailure();
 
     LinkEngine& engine_;

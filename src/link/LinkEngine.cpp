@@ -134,6 +134,9 @@ void LinkEngine::DisableCommControls() {
 }
 
 void LinkEngine::ShowBusyDialog() {
+    // Nothing could close it: no reply comes over a link that is down.
+    if (!state_.Online || !state_.PortOpen)
+        return;
     state_.BusyDialogShown = true;
     ui_.showBusyDialog();
 }
@@ -193,6 +196,12 @@ bool LinkEngine::askRetry(const QString& text, const QString& caption) {
 void LinkEngine::showNotice(const QString& text, const QString& caption) {
     pauseTimer1();
     ui_.showNotice(text, caption);
+    resumeTimer1();
+}
+
+void LinkEngine::showWarning(const QString& text, const QString& caption) {
+    pauseTimer1();
+    ui_.showWarning(text, caption);
     resumeTimer1();
 }
 

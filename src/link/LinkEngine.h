@@ -53,8 +53,8 @@ public:
     [[nodiscard]] const OpenResult& lastOpen() const { return lastOpen_; }
 
     // --- Sending and receiving ------------------------------------------------------------------
-    void SendCommand(const QString& text) { sender_.SendCommand(text); }
-    void PostCommand(const QString& text) { sender_.PostCommand(text); }
+    bool SendCommand(const QString& text) { return sender_.SendCommand(text); }
+    bool PostCommand(const QString& text) { return sender_.PostCommand(text); }
     // Frames and writes one command text and arms Timer2 for its transmission time.
     void SendByteData(const QString& text);
     void DispatchReply(const QString& text) { dispatcher_.DispatchReply(text); }
@@ -88,6 +88,7 @@ public:
     void showError(const QString& text, const QString& caption);
     [[nodiscard]] bool askRetry(const QString& text, const QString& caption);
     void showNotice(const QString& text, const QString& caption);
+    void showWarning(const QString& text, const QString& caption);
 
     // The time the status bar clock shows; tests fix it.
     void setClock(std::function<QDateTime()> clock) { clock_ = std::move(clock); }

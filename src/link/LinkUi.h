@@ -28,6 +28,10 @@ public:
     [[nodiscard]] virtual bool askRetry(const QString& text, const QString& caption) = 0;
     // Modal information box with OK only.
     virtual void showNotice(const QString& text, const QString& caption) = 0;
+    // The same with the exclamation icon: the user must act on it (restart the drive).
+    virtual void showWarning(const QString& text, const QString& caption) {
+        showNotice(text, caption);
+    }
 
     // Console echo: index 0 is the sent text, index 1 the received one.
     virtual void setComText(int index, const QString& text) = 0;

@@ -25,7 +25,7 @@ void PollingCycle::tick() {
     if (s.AwaitingReply) {
         if (engine_.sender().supervise())
             return;  // the port search used this tick
-    } else if (s.Online && s.WaveState == 0) {
+    } else if (s.Online && s.PortOpen && s.WaveState == 0) {
         sendSlot();
     }
     showWaveProgress();

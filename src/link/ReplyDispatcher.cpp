@@ -32,6 +32,8 @@ void ReplyDispatcher::DispatchReply(const QString& text) {
     if (!commands::isWriteReply(s.ReplyCode))
         engine_.EnableControls(true);
 
+    if (s.ReplyCode != QLatin1String("ER"))
+        refusedPoll_.clear();
     if (route(s.ReplyCode, text) == ReplyStatus::Malformed)
         malformedReply();
     s.ReceiveBuffer.clear();
@@ -83,6 +85,16 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
         message =
             TextCatalogue::text(lang, 1799) + QStringLiteral(" %1:\n").arg(errorClass) + message;
     }
+    const bool pollRefused = wire::codeOf(s.LastCommand) == QLatin1String("ma");
+    const bool refusedAgain = pollRefused && text == refusedPoll_;
+    refusedPoll_ = pollRefused && !refusedAgain ? text : QString();
+    if (refusedAgain) {
+        // The monitor stops, so that the user can act; the next poll would be refused again.
+        s.RealTimeMonitor = false;
+        s.MonitorRunning = false;
+        engine_.ui().showRealTimeMonitorOff();
+        message += QStringLiteral("\n\n") + TextCatalogue::text(lang, 1821);
+    }
     engine_.pauseTimer1();
     engine_.showError(message, TextCatalogue::text(lang, 1799));
     s.ParamTransferActive = false;
@@ -91,7 +103,8 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
     if (s.BusyDialogShown)
         engine_.HideDialog();
     engine_.EnableControls(true);
-    engine_.sendPoll();
+    if (!refusedAgain)
+        engine_.sendPoll();
     engine_.resumeTimer1();
 }
 

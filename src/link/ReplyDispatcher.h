@@ -39,6 +39,9 @@ private:
 
     LinkEngine& engine_;
     QHash<QString, Handler> handlers_;
+    // The error reply to the monitor poll the user has just dismissed, until any other reply
+    // comes. The same refusal once more would only bring the same box back forever.
+    QString refusedPoll_;
 };
 
 }  // namespace velora

@@ -165,13 +165,26 @@ void NumMonitorWindow::LanguageSelect(int languageId) {
 
 void NumMonitorWindow::EnableControls(bool enable) {
     ChildWindow::EnableControls(enable);
-    CmdTrqPeakReset->setEnabled(enable &&
+    CmdTrqPeakReset->setEnabled(sendingAllowed() &&
                                 link_.DriverVersion >= RealTimeMonitor::TorquePeakVersion);
+    followLinkState();
 }
 
 void NumMonitorWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
     CmdTrqPeakReset->setEnabled(false);
+    followLinkState();
+}
+
+void NumMonitorWindow::followLinkState() {
+    const bool ready = linkReady();
+    setMonitorSwitchEnabled(ready);
+    if (!ready) {
+        showMonitorSwitch(false);
+        switchHeldOff_ = true;
+    } else if (switchHeldOff_ && link_.RealTimeMonitor) {
+        showMonitorSwitch(true);
+    }
 }
 
 void NumMonitorWindow::showRealTimeMonitorOff() {
@@ -179,6 +192,7 @@ void NumMonitorWindow::showRealTimeMonitorOff() {
 }
 
 void NumMonitorWindow::showMonitorSwitch(bool on) {
+    switchHeldOff_ = false;
     setBackColour(LabelRtMon[0], on ? monitorcolour::SwitchChosen : monitorcolour::SwitchIdle);
     setBackColour(LabelRtMon[1], on ? monitorcolour::SwitchIdle : monitorcolour::SwitchChosen);
 }
@@ -201,6 +215,7 @@ void NumMonitorWindow::showEvent(QShowEvent* event) {
     if (!switchShownOnce_) {
         switchShownOnce_ = true;
         showMonitorSwitch(link_.RealTimeMonitor);
+        followLinkState();
         // A frame placed smaller than the monitor needs would cut values off: it grows once.
         if (auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget()))
             frame->resize(frame->size().expandedTo(frame->minimumSizeHint()));

@@ -53,6 +53,9 @@ private:
     void buildSwitchRow();
     void LabelRtMon_Click(int index);
     void CmdTrqPeakReset_Click();
+    // The switch follows the link: offline or without a port it shows off and cannot be used;
+    // once the link is back it shows the monitor option again.
+    void followLinkState();
     void onSnapshot(const MonitorSnapshot& values);
     void onServoStatus(const ServoStatusView& status);
     void refresh();
@@ -76,6 +79,8 @@ private:
     std::optional<MonitorSnapshot> pendingValues_;
     std::optional<ServoStatusView> pendingStatus_;
     bool switchShownOnce_ = false;
+    // The switch shows off only because the link was down.
+    bool switchHeldOff_ = false;
 };
 
 }  // namespace velora

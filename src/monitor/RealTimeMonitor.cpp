@@ -42,8 +42,9 @@ ReplyStatus RealTimeMonitor::OnMaReply(const QString& reply) {
 void RealTimeMonitor::sendNext(const MonitorSnapshot& values) {
     LinkState& s = engine_.state();
     const QString axis = engine_.axisPrefix();
-    if (s.RealTimeMonitor && !s.MonitorRunning) {
+    if ((s.RealTimeMonitor && !s.MonitorRunning) || identificationDue()) {
         // A new run: learn which features the drive has before anything else.
+        identificationAsked_ = engine_.now();
         engine_.SendCommand(axis + QStringLiteral("PR77"));
     } else if (values.AlarmCode != 0) {
         // The alarm data goes first; a queued command waits for a later turn.
@@ -56,6 +57,13 @@ void RealTimeMonitor::sendNext(const MonitorSnapshot& values) {
     } else if (s.RealTimeMonitor) {
         engine_.sendPoll();
     }
+}
+
+bool RealTimeMonitor::identificationDue() const {
+    // Without the version the torque peak, its reset and RAM-only writes stay unavailable.
+    const LinkState& s = engine_.state();
+    return s.RealTimeMonitor && s.DriverVersion == 0 && identificationAsked_.isValid() &&
+           identificationAsked_.secsTo(engine_.now()) >= IdentificationRetrySecs;
 }
 
 void RealTimeMonitor::setMonitorSwitch(bool on) {

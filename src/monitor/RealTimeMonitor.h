@@ -4,6 +4,7 @@
 #include "monitor/MonitorSnapshot.h"
 #include "monitor/ServoStatusView.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -21,6 +22,9 @@ class RealTimeMonitor : public QObject {
 public:
     // The first version whose drives report the torque peak and know "QP" (1.10 x 100).
     static constexpr int TorquePeakVersion = 110;
+    // An identification that got no answer (its failure question cancelled) is asked again on
+    // a later monitor reply, but not more often than this.
+    static constexpr qint64 IdentificationRetrySecs = 60;
 
     explicit RealTimeMonitor(LinkEngine& engine, QObject* parent = nullptr);
     ~RealTimeMonitor() override;
@@ -52,8 +56,11 @@ signals:
 
 private:
     void sendNext(const MonitorSnapshot& values);
+    [[nodiscard]] bool identificationDue() const;
 
     LinkEngine& engine_;
+    // When this monitor last asked for the identification (the engine's clock).
+    QDateTime identificationAsked_;
     std::optional<MonitorSnapshot> last_;
 };
 

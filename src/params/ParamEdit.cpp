@@ -204,9 +204,8 @@ void PrmEdit::cautionBaudRate(EditOutcome& out) {
     asked_ = out.caution.kind;
 }
 
-PrmEdit::Controls PrmEdit::controls(bool enable, bool paramsLoaded) {
-    const bool write = enable && paramsLoaded;
-    return {enable, enable, enable, write, write};
+PrmEdit::Controls PrmEdit::controls(bool enable, bool send, bool paramsLoaded) {
+    return {enable, enable, send, enable && paramsLoaded, send && paramsLoaded};
 }
 
 bool PrmEdit::opensSystemWindow(Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {

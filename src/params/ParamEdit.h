@@ -41,8 +41,9 @@ public:
     // No. Returns what the answer changed, which may hold the next caution.
     [[nodiscard]] EditOutcome answer(bool yes);
 
-    // Enabling by EnableControls(enable): the boxes and both read buttons follow `enable`;
-    // both write buttons only while the table holds values read from the drive or a file.
+    // Enabling by EnableControls(enable): the boxes and Read File follow `enable`, the two
+    // buttons that talk to the drive follow `send` (the window's sending rule); both write
+    // buttons only while the table holds values read from the drive or a file.
     struct Controls {
         bool boxes = false;
         bool readFile = false;
@@ -50,7 +51,7 @@ public:
         bool writeFile = false;
         bool writeServo = false;
     };
-    [[nodiscard]] static Controls controls(bool enable, bool paramsLoaded);
+    [[nodiscard]] static Controls controls(bool enable, bool send, bool paramsLoaded);
 
     // The system parameter window opens only by releasing the middle button over Write File
     // with Ctrl and Alt held, and Shift not.

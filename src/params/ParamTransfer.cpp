@@ -67,7 +67,11 @@ void ParamTransfer::start(Chain chain, const QString& command) {
     emit chainStarted(chain);
     chain_ = chain;
     link_.ParamTransferActive = true;
-    engine_.PostCommand(command);
+    if (!engine_.PostCommand(command)) {
+        link_.ParamTransferActive = false;
+        chain_ = Chain::None;
+        return;
+    }
     engine_.ShowBusyDialog();
 }
 
@@ -189,10 +193,10 @@ void ParamTransfer::endWrite() {
         RebootList.chop(1);  // the comma after the last number
         const int lang = link_.LanguageId;
         const QString crlf = QStringLiteral("\r\n");
-        engine_.showNotice(TextCatalogue::text(lang, 1710) + crlf + crlf + RebootList + crlf +
-                               TextCatalogue::text(lang, 1711) + crlf +
-                               TextCatalogue::text(lang, 1712),
-                           TextCatalogue::text(lang, 1706));
+        engine_.showWarning(TextCatalogue::text(lang, 1710) + crlf + crlf + RebootList + crlf +
+                                TextCatalogue::text(lang, 1711) + crlf +
+                                TextCatalogue::text(lang, 1712),
+                            TextCatalogue::text(lang, 1706));
     }
     engine_.EnableControls(true);
     link_.ParamTransferActive = false;

@@ -45,6 +45,11 @@ QMessageBox::StandardButtons buttonsOf(CautionButtons buttons) {
     return QMessageBox::Ok;
 }
 
+// Enter must not keep a choice the user may regret: a Yes/No caution defaults to No.
+QMessageBox::StandardButton defaultOf(CautionButtons buttons) {
+    return buttons == CautionButtons::YesNo ? QMessageBox::No : QMessageBox::NoButton;
+}
+
 }  // namespace
 
 PrmTblWindow::PrmTblWindow(Global& global, LinkEngine& engine, ParamTransfer& transfer,
@@ -145,7 +150,7 @@ void PrmTblWindow::connectSources() {
     connect(file_, &ParamFile::fileLoaded, this, [this](bool enableWriteServo) {
         // The table now holds values: the write buttons follow the controls from here on.
         applyControls();
-        if (enableWriteServo)
+        if (enableWriteServo && transfersAllowed())
             Command[WriteServo]->setEnabled(true);
     });
     connect(sprm_, &SprmTblWindow::shownChanged, this,
@@ -176,7 +181,8 @@ void PrmTblWindow::DisableTransferButtons() {
 }
 
 void PrmTblWindow::applyControls() {
-    const PrmEdit::Controls c = PrmEdit::controls(controlsEnabled(), global_.Params.ParamsLoaded);
+    const PrmEdit::Controls c =
+        PrmEdit::controls(controlsEnabled(), transfersAllowed(), global_.Params.ParamsLoaded);
     for (QLineEdit* box : TxtPrm)
         box->setEnabled(c.boxes);
     sprm_->setBoxesEnabled(c.boxes);
@@ -208,6 +214,8 @@ void PrmTblWindow::Command_Click(int index) {
 QString PrmTblWindow::chooseFile(bool save) {
     QFileDialog dialog(this, Command[save ? WriteFile : ReadFile]->text());
     dialog.setObjectName(QStringLiteral("CommonDialog1"));
+    // The toolkit's own dialog speaks the program's language; a desktop's may not.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setNameFilters({QStringLiteral("Parameter(*.prm)"), QStringLiteral("All(*.*)")});
     dialog.setDefaultSuffix(QStringLiteral("prm"));
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -307,7 +315,7 @@ void PrmTblWindow::follow(int n, EditOutcome outcome) {
     while (outcome.caution.kind != CautionKind::None) {
         const QMessageBox::StandardButton pressed =
             boxes_.show(outcome.caution.text, outcome.caution.caption, QMessageBox::Warning,
-                        buttonsOf(outcome.caution.buttons));
+                        buttonsOf(outcome.caution.buttons), defaultOf(outcome.caution.buttons));
         outcome = edit_.answer(pressed == QMessageBox::Ok || pressed == QMessageBox::Yes);
         apply(n, outcome);
     }

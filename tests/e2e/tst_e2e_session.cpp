@@ -98,6 +98,20 @@ private slots:
         QTest::qWait(150);
         QVERIFY(s.heardCount(QStringLiteral("0ma")) > polls + 3);
     }
+    void monitorPollRefusedAgainSwitchesTheMonitorOff() {
+        SimLink sim;
+        sim.line.faults().errorCodes.insert(QStringLiteral("ma"), 3);
+        sim.start(true, false);
+        // One refusal is shown and polled past; the same refusal right after stops the monitor.
+        const QString off = TextCatalogue::text(0, 1821);
+        QVERIFY(QTest::qWaitFor([&] { return sim.ui.messages.size() == 2; }, 2000));
+        QVERIFY(!sim.ui.messages[0].text.contains(off));
+        QVERIFY(sim.ui.messages[1].text.endsWith(off));
+        QVERIFY(!sim.link.RealTimeMonitor && sim.ui.realTimeMonitorShownOff);
+        sim.ticks(4);
+        QCOMPARE(sim.ui.messages.size(), 2);
+        QCOMPARE(sim.heardCount(QStringLiteral("0ma")), 2);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestE2eSession)

@@ -214,7 +214,13 @@ private slots:
         QVERIFY(!rig.link().Searching);
     }
 
+    void searchFindsTheSimulatedDrive_data() {
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("OK applies it") << true;
+        QTest::newRow("Cancel keeps the old setting") << false;
+    }
     void searchFindsTheSimulatedDrive() {
+        QFETCH(bool, ok);
         sim::SimOptions options;
         options.axes = {3};
         options.fast = true;
@@ -237,7 +243,13 @@ private slots:
         QCOMPARE(rig.text(u"TextAxisNum"_s), u"3"_s);
         QCOMPARE(rig.control<QComboBox>(u"ComboBaud"_s)->currentIndex(), 1);
         QCOMPARE(rig.link().AxisNumber, 0);  // not before OK
-
+        if (!ok) {
+            rig.click(u"Command(1)"_s);
+            rig.window->close();
+            QCOMPARE(rig.stored(u"COMSetting/BaudRate"_s), u"9600"_s);
+            QCOMPARE(rig.stored(u"COMSetting/AxisNumber"_s), u"0"_s);
+            return;
+        }
         rig.click(u"Command(0)"_s);
         QCOMPARE(rig.link().AxisNumber, 3);
         QCOMPARE(rig.link().BaudRate, u"19200"_s);

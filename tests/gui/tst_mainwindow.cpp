@@ -2,6 +2,8 @@
 #include "app/CommSettings.h"
 #include "console/ComConsoleWindow.h"
 #include "link/SystemBar.h"
+#include "params/ParamFile.h"
+#include "params/PrmTblWindow.h"
 
 #include "ShellRig.h"
 
@@ -10,6 +12,9 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
 #include <QtTest>
 
 using namespace velora;
@@ -82,6 +87,21 @@ private slots:
         QVERIFY(!rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
         QVERIFY(!rig.find(u"CommSettings"_s)->isVisible());
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(1)"_s)->isChecked());
+        // The monitor switch shows off (its "off" button chosen) and cannot be used.
+        const auto* on = rig.find<QPushButton>(u"LabelRtMon(0)"_s);
+        QVERIFY(!on->isEnabled());
+        QCOMPARE(on->palette().color(QPalette::Button), QColor(192, 192, 192));
+
+        // A file loaded offline enables no transfer; a send forced anyway fails at once.
+        auto* prm = rig.find<PrmTblWindow>(u"PrmTbl"_s);
+        QVERIFY(prm->paramFile().write(rig.dir.filePath(u"a.prm"_s)));
+        QCOMPARE(prm->paramFile().read(rig.dir.filePath(u"a.prm"_s)),
+                 ParamFile::ReadResult::Loaded);
+        for (const int i : {PrmTblWindow::WriteServo, PrmTblWindow::ReadServo})
+            QVERIFY(!rig.find<QPushButton>(u"Command(%1)"_s.arg(i), prm)->isEnabled());
+        prm->Command_Click(PrmTblWindow::ReadServo);
+        QCOMPARE(rig.messages.last().text, ja(1820));
+        QVERIFY(!rig.find(u"InCOMDialog"_s)->isVisible() && !rig.link().ParamTransferActive);
     }
 
     void allAxesStartsWithTransfersDisabled() {
@@ -109,6 +129,27 @@ private slots:
         QCOMPARE(rig.find<QLabel>(u"LblCom"_s)->text(), ja(1603));
         // The caption follows only the next online/offline change.
         QCOMPARE(rig.window->windowTitle(), en(1020));
+        // The toolkit's own buttons follow the language, both ways.
+        const auto retryText = [] {
+            return QMessageBox(QMessageBox::Critical, {}, {}, QMessageBox::Retry)
+                .button(QMessageBox::Retry)
+                ->text();
+        };
+        QCOMPARE(retryText(), u"再試行"_s);
+        rig.find<QAction>(u"mnuSystemLang(0)"_s)->trigger();
+        QCOMPARE(retryText(), u"Retry"_s);
+    }
+
+    void fitsASmallScreenWithEveryWindowInside() {
+        ShellRig rig;
+        rig.start();
+        // The offscreen screen (800 x 600) is smaller than the design.
+        QVERIFY(rig.window->screen()->availableGeometry().contains(rig.window->frameGeometry()));
+        const auto* area = rig.find<QMdiArea>(u"MDIClient"_s);
+        QCOMPARE(area->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+        for (const QMdiSubWindow* frame : area->subWindowList())
+            QVERIFY2(area->viewport()->rect().contains(frame->geometry().topLeft()),
+                     qPrintable(frame->widget()->objectName()));
     }
 
     void quitSavesEverySetting() {

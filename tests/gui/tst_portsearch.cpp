@@ -78,7 +78,7 @@ private slots:
         SearchRig rig(usb);
         rig.port()->opens.clear();
         rig.port()->frames.clear();
-        rig.search.start();
+        rig.search.start(rig.state.UsbMode);
         QVERIFY(rig.state.Searching);
         QVERIFY(rig.state.AwaitingReply);
         const int ticks = rig.runOut();
@@ -99,7 +99,7 @@ private slots:
         SearchRig rig(false);
         rig.state.AxisNumber = 15;
         rig.state.AlarmSeen = true;
-        rig.search.start();
+        rig.search.start(rig.state.UsbMode);
         // Probes are supervised even for an all-axes setting or a pending alarm.
         QVERIFY(rig.state.AwaitingReply);
         QCOMPARE(rig.state.AxisNumber, 0);
@@ -118,7 +118,7 @@ private slots:
         SearchRig rig(true);
         rig.refuse = true;
         rig.port()->frames.clear();
-        rig.search.start();
+        rig.search.start(rig.state.UsbMode);
         QCOMPARE(rig.outcomes, QList<PortSearch::Outcome>{PortSearch::Outcome::NotFound});
         QVERIFY(rig.port()->frames.isEmpty());
         QVERIFY(!rig.state.Searching);

@@ -127,17 +127,27 @@ private slots:
         QVERIFY(rig.box(20)->isEnabled());
         QVERIFY(rig.button(PrmTblWindow::WriteServo)->isEnabled());
 
-        rig.type(21, u"300"_s);
-        QCOMPARE(baseOf(rig.box(21)), 0xFF8080u);  // marked for the write
+        rig.type(20, u"2"_s);  // takes effect after a restart
+        QCOMPARE(baseOf(rig.box(20)), 0xFF8080u);  // marked for the write
         QTest::mouseClick(rig.button(PrmTblWindow::WriteServo), Qt::LeftButton);
-        const QString write = rig.global.Link.NonVolatileWrite[0] ? u"0PW15;12C"_s : u"0PT15;12C"_s;
+        const QString write = rig.global.Link.NonVolatileWrite[0] ? u"0PW14;2"_s : u"0PT14;2"_s;
         QVERIFY(QTest::qWaitFor([&rig, &write] {
             rig.ticks(1);
             return rig.sent().contains(write);
         }));
         rig.port()->reply(write.left(3));
-        QCOMPARE(baseOf(rig.box(21)), 0xFFFFFFu);
-        QVERIFY(!rig.global.Params.ParamChanged[21]);
+        QCOMPARE(baseOf(rig.box(20)), 0xFFFFFFu);
+        QVERIFY(!rig.global.Params.ParamChanged[20]);
+        QVERIFY(rig.messages.last().text.startsWith(en(1710)));
+        QCOMPARE(rig.messages.last().icon, QMessageBox::Warning);
+    }
+
+    void baudRateCautionDefaultsToNo() {
+        Rig rig({{"COMSetting/USB-RS232C", "True"}});
+        rig.start();
+        rig.type(43, u"3"_s);  // 57600 baud, beyond the USB adapter
+        QVERIFY(rig.messages.value(0).text.startsWith(en(1727)));
+        QCOMPARE(rig.messages.value(0).defaultButton, QMessageBox::No);
     }
 
     void hiddenGestureOpensTheSystemWindowThatRefuses() {
