@@ -2,6 +2,7 @@
 // Run by hand: build/bench/velora-bench. Prints a table for the README's Performance section.
 
 #include "LoopbackTransport.h"
+#include "MonitorPath.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyDispatcher.h"
 #include "monitor/RealTimeMonitor.h"
@@ -9,7 +10,7 @@
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QSysInfo>
@@ -90,32 +91,18 @@ struct PacedLink {
     QString lastReply;
 };
 
-// Monitor exchanges per second with each reply sending the next poll, as the monitor chain does.
-void monitorThroughput(int baudIndex) {
-    PacedLink link(baudIndex);
-    int exchanges = 0;
-    LinkState& state = link.global.Link;
-    state.DriverVersion = 110;  // identified: the chain goes straight on with the next poll
-    state.MonitorRunning = true;
-    state.RealTimeMonitor = true;
-    RealTimeMonitor monitor(link.engine);
-    QObject::connect(&monitor, &RealTimeMonitor::snapshot, [&] { ++exchanges; });
-    link.engine.sendPoll();
-    QTest::qWait(300);  // settle
-    const int before = exchanges;
-    QElapsedTimer timer;
-    timer.start();
-    QTest::qWait(3000);
-    const double seconds = timer.nsecsElapsed() / 1e9;
-    const int counted = exchanges - before;
-    state.RealTimeMonitor = false;  // the chain ends with the next reply
-    QTest::qWait(200);
-    const int characters = framed(QStringLiteral("0ma")) + framed(link.lastReply);
-    const double limit = kBauds[baudIndex] / (kBitsPerCharacter * characters);
-    const double rate = counted / seconds;
+// The monitor as a user gets it: the whole program against the paced drive.
+void monitorPath(int baudIndex, int replyWaitMs, int seconds) {
+    const bench::MonitorPathResult r =
+        bench::measureMonitorPath(kBauds[baudIndex], replyWaitMs, seconds);
+    const double rate = r.exchanges / r.seconds;
     printf(
-        "| monitor exchanges/s at %6d baud (%d chars each) | >= 0.97 | %.1f of %.1f/s = %.3f |\n",
-        kBauds[baudIndex], characters, rate, limit, rate / limit);
+        "| monitor at %6d baud, reply wait %d ms | %.1f of %.1f/s = %.3f | %.2f / %.2f ms | "
+        "%.3f / %.3f ms | %.1f %% (%.0f us per exchange) |\n",
+        r.baud, replyWaitMs, rate, r.lineLimit, rate / r.lineLimit, r.turnaroundMedianMs,
+        r.turnaroundP99Ms, r.handlingMedianMs, r.handlingP99Ms, r.programCpuPercent,
+        r.programCpuPerExchangeUs);
+    fflush(stdout);
 }
 
 // One read-all against its line limit.
@@ -201,14 +188,34 @@ void engineCost() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    QCoreApplication app(argc, argv);
+    // The windows are drawn as on a screen, into memory.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bench::BenchApplication app(argc, argv);
+    const QStringList args = QApplication::arguments();
+    // "monitor" runs only the whole-program monitor rows; "--seconds N" sets their length.
+    const bool monitorOnly = args.contains(QStringLiteral("monitor"));
+    const qsizetype secondsAt = args.indexOf(QStringLiteral("--seconds"));
+    const int seconds =
+        secondsAt > 0 && secondsAt + 1 < args.size() ? args[secondsAt + 1].toInt() : 5;
     printf("Velora link benchmark, %s, %s, %d cores\n\n",
            qPrintable(QDateTime::currentDateTime().toString(Qt::ISODate)),
            qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount());
-    printf("| measure | target | result |\n|---|---|---|\n");
+    printf(
+        "| whole program, monitor on | exchanges/s of line limit (>= 0.95) | turnaround on the "
+        "line, median / p99 | in the program, median / p99 (<= 0.3 / 2 ms) | program CPU "
+        "(<= 3 %%) |\n|---|---|---|---|---|\n");
+    // "--rate BAUD" limits the monitor rows to one rate (for profiling).
+    const qsizetype rateAt = args.indexOf(QStringLiteral("--rate"));
+    const int onlyRate = rateAt > 0 && rateAt + 1 < args.size() ? args[rateAt + 1].toInt() : 0;
+    for (int i = 0; i < 5; ++i) {
+        if (onlyRate == 0 || onlyRate == kBauds[i])
+            monitorPath(i, 0, seconds);
+    }
+    if (monitorOnly)
+        return 0;
+    printf("\n| measure | target | result |\n|---|---|---|\n");
     engineCost();
-    for (int i = 0; i < 5; ++i)
-        monitorThroughput(i);
     for (const char* code : {"pa", "ta", "ca"}) {
         for (int i = 0; i < 5; ++i)
             readAll(i, QLatin1String(code));
