@@ -65,6 +65,7 @@ public:
     std::atomic<int> replyLength{0};
     // Read only after the thread has ended.
     std::vector<qint64> gapsNs;
+    std::vector<qint64> lateNs;
 
     [[nodiscard]] double cpuSeconds() const {
         timespec t{};
@@ -96,8 +97,10 @@ protected:
                 return;
             replyLength = static_cast<int>(text.size());
             replyEnd = clock.nsecsElapsed();
-            if (recording)
+            if (recording) {
                 ++replies;
+                lateNs.push_back(line.lastReplyLateNs());
+            }
         });
         QObject::connect(&line, &sim::SimulatedLine::commandReceived, [&](const QString&) {
             if (recording && replyEnd >= 0)
@@ -135,11 +138,10 @@ qint64 BenchApplication::eventStartNs() {
 }
 
 bool BenchApplication::notify(QObject* receiver, QEvent* event) {
-    if (depth_++ == 0)
+    // Received bytes come with a socket notifier's activation.
+    if (event->type() == QEvent::SockAct)
         g_eventStartNs = nowNs();
-    const bool handled = QApplication::notify(receiver, event);
-    --depth_;
-    return handled;
+    return QApplication::notify(receiver, event);
 }
 
 MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds) {
@@ -203,9 +205,17 @@ MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds) 
     // Request "0ma" and reply, each framed by STX and ETX/EOT.
     const int characters = 5 + drive.replyLength + 2;
     result.lineLimit = 1.0 / (characters * kBitsPerCharacter / baud + replyWaitMs / 1000.0);
+    if (qEnvironmentVariableIsSet("BENCH_DIAG")) {
+        for (std::size_t i = 0; i < drive.gapsNs.size() && i < 60; ++i)
+            fprintf(stderr, "%.2f ", drive.gapsNs[i] / 1e6);
+        fprintf(stderr, "\n");
+    }
+    result.simLateMedianMs = percentile(drive.lateNs, 0.5);
+    result.simLateP99Ms = percentile(drive.lateNs, 0.99);
     result.turnaroundMedianMs = percentile(drive.gapsNs, 0.5);
     result.turnaroundP99Ms = percentile(drive.gapsNs, 0.99);
     return result;
 }
 
 }  // namespace velora::bench
+// DIAG

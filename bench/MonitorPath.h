@@ -16,6 +16,9 @@ struct MonitorPathResult {
     // as the drive sees it.
     double turnaroundMedianMs = 0;
     double turnaroundP99Ms = 0;
+    // How late the simulated drive put the end of each reply on the line, against its timing.
+    double simLateMedianMs = 0;
+    double simLateP99Ms = 0;
     // Inside the program: from the start of the event that brought the reply's last bytes to
     // the next request written to the port. The rest of the turnaround is the operating
     // system's (pseudo-terminal hand-over and waking both sides), which a loaded machine
@@ -27,17 +30,14 @@ struct MonitorPathResult {
     double programCpuPerExchangeUs = 0;
 };
 
-// The application, timing when each outermost event starts being handled.
+// The application, timing when the handling of received bytes starts.
 class BenchApplication : public QApplication {
 public:
     using QApplication::QApplication;
     bool notify(QObject* receiver, QEvent* event) override;
-    // Monotonic nanoseconds at the start of the event being handled now.
+    // Monotonic nanoseconds at the start of the latest socket activation.
     [[nodiscard]] static qint64 eventStartNs();
     [[nodiscard]] static qint64 nowNs();
-
-private:
-    int depth_ = 0;
 };
 
 // Velora as a user runs it (the main window with its child windows, offscreen, the RS-232C

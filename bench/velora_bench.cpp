@@ -98,10 +98,10 @@ void monitorPath(int baudIndex, int replyWaitMs, int seconds) {
     const double rate = r.exchanges / r.seconds;
     printf(
         "| monitor at %6d baud, reply wait %d ms | %.1f of %.1f/s = %.3f | %.2f / %.2f ms | "
-        "%.3f / %.3f ms | %.1f %% (%.0f us per exchange) |\n",
+        "%.3f / %.3f ms | %.1f %% (%.0f us per exchange) | %.3f / %.3f ms |\n",
         r.baud, replyWaitMs, rate, r.lineLimit, rate / r.lineLimit, r.turnaroundMedianMs,
         r.turnaroundP99Ms, r.handlingMedianMs, r.handlingP99Ms, r.programCpuPercent,
-        r.programCpuPerExchangeUs);
+        r.programCpuPerExchangeUs, r.simLateMedianMs, r.simLateP99Ms);
     fflush(stdout);
 }
 
@@ -204,7 +204,8 @@ int main(int argc, char* argv[]) {
     printf(
         "| whole program, monitor on | exchanges/s of line limit (>= 0.95) | turnaround on the "
         "line, median / p99 | in the program, median / p99 (<= 0.3 / 2 ms) | program CPU "
-        "(<= 3 %%) |\n|---|---|---|---|---|\n");
+        "(<= 3 %%) | drive's reply end late, median / p99 (< 0.2 ms) "
+        "|\n|---|---|---|---|---|---|\n");
     // "--rate BAUD" limits the monitor rows to one rate (for profiling).
     const qsizetype rateAt = args.indexOf(QStringLiteral("--rate"));
     const int onlyRate = rateAt > 0 && rateAt + 1 < args.size() ? args[rateAt + 1].toInt() : 0;
