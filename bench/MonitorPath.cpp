@@ -144,7 +144,7 @@ bool BenchApplication::notify(QObject* receiver, QEvent* event) {
     return QApplication::notify(receiver, event);
 }
 
-MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds) {
+MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds, bool usbAdapter) {
     DriveThread drive(baud, replyWaitMs);
     drive.start();
     drive.ready.acquire();
@@ -156,7 +156,8 @@ MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds) 
         stored.setValue(QStringLiteral("COMSetting/BaudRate"), QString::number(baud));
         stored.setValue(QStringLiteral("COMSetting/Online"), QStringLiteral("True"));
         stored.setValue(QStringLiteral("COMSetting/RtMon"), QStringLiteral("True"));
-        stored.setValue(QStringLiteral("COMSetting/USB-RS232C"), QStringLiteral("False"));
+        stored.setValue(QStringLiteral("COMSetting/USB-RS232C"),
+                        usbAdapter ? QStringLiteral("True") : QStringLiteral("False"));
     }
     MonitorPathResult result;
     result.baud = baud;

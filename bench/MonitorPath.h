@@ -43,6 +43,8 @@ public:
 // Velora as a user runs it (the main window with its child windows, offscreen, the RS-232C
 // back-end on a pseudo-terminal, the real-time monitor on) against the paced simulated drive,
 // which runs on a thread of its own as a drive would on its own hardware.
-[[nodiscard]] MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int seconds);
+// usbAdapter chooses the USB-RS232C back-end instead.
+[[nodiscard]] MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int seconds,
+                                                   bool usbAdapter = false);
 
 }  // namespace velora::bench

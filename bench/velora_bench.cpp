@@ -1,5 +1,9 @@
-// Link throughput against the paced simulator, and the engine's CPU cost per monitor exchange.
-// Run by hand: build/bench/velora-bench. Prints a table for the README's Performance section.
+// The real-time monitor through the whole program against the paced simulator, link throughput
+// of the long replies, and the engine's CPU cost per monitor exchange. Run by hand:
+//   build/bench/velora-bench [monitor] [--seconds N] [--rate BAUD] [--reply-wait MS] [--usb]
+// "monitor" runs only the whole-program monitor rows, N seconds per rate (default 5), at one
+// rate when given, with the drive's reply wait (parameter 44, default 0). Prints tables for
+// the README's Performance section. "--usb" runs the monitor rows on the USB-RS232C back-end.
 
 #include "LoopbackTransport.h"
 #include "MonitorPath.h"
@@ -92,16 +96,16 @@ struct PacedLink {
 };
 
 // The monitor as a user gets it: the whole program against the paced drive.
-void monitorPath(int baudIndex, int replyWaitMs, int seconds) {
+void monitorPath(int baudIndex, int replyWaitMs, int seconds, bool usb) {
     const bench::MonitorPathResult r =
-        bench::measureMonitorPath(kBauds[baudIndex], replyWaitMs, seconds);
+        bench::measureMonitorPath(kBauds[baudIndex], replyWaitMs, seconds, usb);
     const double rate = r.exchanges / r.seconds;
     printf(
-        "| monitor at %6d baud, reply wait %d ms | %.1f of %.1f/s = %.3f | %.2f / %.2f ms | "
+        "| monitor%s at %6d baud, reply wait %d ms | %.1f of %.1f/s = %.3f | %.2f / %.2f ms | "
         "%.3f / %.3f ms | %.1f %% (%.0f us per exchange) | %.3f / %.3f ms |\n",
-        r.baud, replyWaitMs, rate, r.lineLimit, rate / r.lineLimit, r.turnaroundMedianMs,
-        r.turnaroundP99Ms, r.handlingMedianMs, r.handlingP99Ms, r.programCpuPercent,
-        r.programCpuPerExchangeUs, r.simLateMedianMs, r.simLateP99Ms);
+        usb ? " (USB)" : "", r.baud, replyWaitMs, rate, r.lineLimit, rate / r.lineLimit,
+        r.turnaroundMedianMs, r.turnaroundP99Ms, r.handlingMedianMs, r.handlingP99Ms,
+        r.programCpuPercent, r.programCpuPerExchangeUs, r.simLateMedianMs, r.simLateP99Ms);
     fflush(stdout);
 }
 
@@ -185,6 +189,12 @@ void engineCost() {
            perExchange * 1e6);
 }
 
+// The number after option in args, or fallback.
+int intOption(const QStringList& args, const QString& option, int fallback) {
+    const qsizetype at = args.indexOf(option);
+    return at > 0 && at + 1 < args.size() ? args[at + 1].toInt() : fallback;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -193,11 +203,12 @@ int main(int argc, char* argv[]) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     bench::BenchApplication app(argc, argv);
     const QStringList args = QApplication::arguments();
-    // "monitor" runs only the whole-program monitor rows; "--seconds N" sets their length.
     const bool monitorOnly = args.contains(QStringLiteral("monitor"));
-    const qsizetype secondsAt = args.indexOf(QStringLiteral("--seconds"));
-    const int seconds =
-        secondsAt > 0 && secondsAt + 1 < args.size() ? args[secondsAt + 1].toInt() : 5;
+    const int seconds = intOption(args, QStringLiteral("--seconds"), 5);
+    const int onlyRate = intOption(args, QStringLiteral("--rate"), 0);
+    const int replyWait = intOption(args, QStringLiteral("--reply-wait"), 0);
+    // The USB-RS232C back-end, at the three rates it offers.
+    const bool usb = args.contains(QStringLiteral("--usb"));
     printf("Velora link benchmark, %s, %s, %d cores\n\n",
            qPrintable(QDateTime::currentDateTime().toString(Qt::ISODate)),
            qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount());
@@ -206,12 +217,9 @@ int main(int argc, char* argv[]) {
         "line, median / p99 | in the program, median / p99 (<= 0.3 / 2 ms) | program CPU "
         "(<= 3 %%) | drive's reply end late, median / p99 (< 0.2 ms) "
         "|\n|---|---|---|---|---|---|\n");
-    // "--rate BAUD" limits the monitor rows to one rate (for profiling).
-    const qsizetype rateAt = args.indexOf(QStringLiteral("--rate"));
-    const int onlyRate = rateAt > 0 && rateAt + 1 < args.size() ? args[rateAt + 1].toInt() : 0;
     for (int i = 0; i < 5; ++i) {
-        if (onlyRate == 0 || onlyRate == kBauds[i])
-            monitorPath(i, 0, seconds);
+        if ((onlyRate == 0 || onlyRate == kBauds[i]) && (!usb || kBauds[i] <= 38400))
+            monitorPath(i, replyWait, seconds, usb);
     }
     if (monitorOnly)
         return 0;
