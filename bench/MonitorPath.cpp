@@ -66,6 +66,8 @@ public:
     // Read only after the thread has ended.
     std::vector<qint64> gapsNs;
     std::vector<qint64> lateNs;
+    qint64 firstEndNs = -1;
+    qint64 lastEndNs = -1;
 
     [[nodiscard]] double cpuSeconds() const {
         timespec t{};
@@ -99,6 +101,9 @@ protected:
             replyEnd = clock.nsecsElapsed();
             if (recording) {
                 ++replies;
+                if (firstEndNs < 0)
+                    firstEndNs = replyEnd;
+                lastEndNs = replyEnd;
                 lateNs.push_back(line.lastReplyLateNs());
             }
         });
@@ -116,6 +121,15 @@ private:
     const int baud_;
     const int replyWaitMs_;
 };
+
+double meanMs(const std::vector<qint64>& values) {
+    if (values.empty())
+        return 0;
+    double sum = 0;
+    for (const qint64 v : values)
+        sum += static_cast<double>(v);
+    return sum / static_cast<double>(values.size()) / 1e6;
+}
 
 double percentile(std::vector<qint64> values, double p) {
     if (values.empty())
@@ -204,19 +218,19 @@ MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds, 
     drive.wait();
 
     // Request "0ma" and reply, each framed by STX and ETX/EOT.
+    // From the end of the first reply to the end of the last: whole exchanges only.
+    if (drive.replies > 1)
+        result.exchangesPerSecond =
+            (drive.replies - 1) * 1e9 / static_cast<double>(drive.lastEndNs - drive.firstEndNs);
     const int characters = 5 + drive.replyLength + 2;
     result.lineLimit = 1.0 / (characters * kBitsPerCharacter / baud + replyWaitMs / 1000.0);
-    if (qEnvironmentVariableIsSet("BENCH_DIAG")) {
-        for (std::size_t i = 0; i < drive.gapsNs.size() && i < 60; ++i)
-            fprintf(stderr, "%.2f ", drive.gapsNs[i] / 1e6);
-        fprintf(stderr, "\n");
-    }
     result.simLateMedianMs = percentile(drive.lateNs, 0.5);
     result.simLateP99Ms = percentile(drive.lateNs, 0.99);
+    result.simLateMeanMs = meanMs(drive.lateNs);
+    result.turnaroundMeanMs = meanMs(drive.gapsNs);
     result.turnaroundMedianMs = percentile(drive.gapsNs, 0.5);
     result.turnaroundP99Ms = percentile(drive.gapsNs, 0.99);
     return result;
 }
 
 }  // namespace velora::bench
-// DIAG

@@ -9,6 +9,7 @@ struct MonitorPathResult {
     int baud = 0;
     int exchanges = 0;
     double seconds = 0;
+    double exchangesPerSecond = 0;
     // Exchanges per second the line allows: both frames at 11 bits per character plus the
     // drive's reply wait.
     double lineLimit = 0;
@@ -16,9 +17,11 @@ struct MonitorPathResult {
     // as the drive sees it.
     double turnaroundMedianMs = 0;
     double turnaroundP99Ms = 0;
+    double turnaroundMeanMs = 0;
     // How late the simulated drive put the end of each reply on the line, against its timing.
     double simLateMedianMs = 0;
     double simLateP99Ms = 0;
+    double simLateMeanMs = 0;
     // Inside the program: from the start of the event that brought the reply's last bytes to
     // the next request written to the port. The rest of the turnaround is the operating
     // system's (pseudo-terminal hand-over and waking both sides), which a loaded machine
