@@ -30,6 +30,9 @@ QLabel* makeLabel(QWidget* parent, const QString& name) {
 
 SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), engine_(engine) {
     setObjectName(QStringLiteral("SystemBar"));
+    refreshTimer_.setSingleShot(true);
+    refreshTimer_.setInterval(RefreshIntervalMs);
+    connect(&refreshTimer_, &QTimer::timeout, this, &SystemBar::refresh);
     auto* outer = new QHBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     auto* Picture1 = new QFrame(this);
@@ -47,9 +50,6 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
         ShpStatus[static_cast<std::size_t>(i)] = lamp;
         setLamp(i, Qt::black, Qt::black);
     }
-    refreshTimer_.setSingleShot(true);
-    refreshTimer_.setInterval(RefreshIntervalMs);
-    connect(&refreshTimer_, &QTimer::timeout, this, &SystemBar::refresh);
     LblSVON = makeLabel(Picture1, QStringLiteral("LblSVON"));
     LblSVON->setText(QStringLiteral("SVON"));
     LblSVON->setAutoFillBackground(true);
