@@ -18,6 +18,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <ctime>
 #include <vector>
@@ -25,8 +26,6 @@
 namespace velora::bench {
 
 namespace {
-
-double percentile(std::vector<qint64> values, double p);
 
 constexpr double kBitsPerCharacter = 11.0;  // start, 8 data, parity, stop
 constexpr std::array<int, 5> kRates{9600, 19200, 38400, 57600, 115200};
@@ -217,11 +216,11 @@ MonitorPathResult measureMonitorPath(int baud, int replyWaitMs, int runSeconds, 
     drive.quit();
     drive.wait();
 
-    // Request "0ma" and reply, each framed by STX and ETX/EOT.
     // From the end of the first reply to the end of the last: whole exchanges only.
     if (drive.replies > 1)
         result.exchangesPerSecond =
             (drive.replies - 1) * 1e9 / static_cast<double>(drive.lastEndNs - drive.firstEndNs);
+    // Request "0ma" and reply, each framed by STX and ETX/EOT.
     const int characters = 5 + drive.replyLength + 2;
     result.lineLimit = 1.0 / (characters * kBitsPerCharacter / baud + replyWaitMs / 1000.0);
     result.simLateMedianMs = percentile(drive.lateNs, 0.5);
