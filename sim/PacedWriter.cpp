@@ -1,72 +1,112 @@
 #include "sim/PacedWriter.h"
 
+#include <sys/timerfd.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdint>
+#include <ctime>
 
 namespace velora::sim {
 
 namespace {
 
-constexpr int BitsPerCharacter = 11;
-constexpr int PumpIntervalMs = 2;
+constexpr qint64 BitsPerCharacter = 11;
+constexpr qint64 NsPerSecond = 1000000000;
+// How often the middle of a frame is handed on; only its last character is timed exactly.
+constexpr qint64 StepNs = 1000000;
+// A full line (the PC not reading) is tried again after this.
+constexpr qint64 FullRetryNs = 1000000;
 
 }  // namespace
 
-PacedWriter::PacedWriter(PtyPort& port, QObject* parent) : QObject(parent), port_(port) {
-    timer_.setTimerType(Qt::PreciseTimer);
-    timer_.setInterval(PumpIntervalMs);
-    connect(&timer_, &QTimer::timeout, this, &PacedWriter::pump);
-    clock_.start();
+qint64 PacedWriter::Item::endNs() const {
+    return startNs + frame.size() * characterNs(baud);
 }
 
-void PacedWriter::enqueue(const QByteArray& frame, int baud, int delayMs) {
+PacedWriter::PacedWriter(PtyPort& port, QObject* parent) : QObject(parent), port_(port) {
+    timerFd_ = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
+    if (timerFd_ < 0)
+        qFatal("velora-sim: timerfd_create failed");
+    wake_ = std::make_unique<QSocketNotifier>(timerFd_, QSocketNotifier::Read);
+    connect(wake_.get(), &QSocketNotifier::activated, this, [this] {
+        std::uint64_t expirations = 0;
+        [[maybe_unused]] const ssize_t n = ::read(timerFd_, &expirations, sizeof expirations);
+        pump();
+    });
+}
+
+PacedWriter::~PacedWriter() {
+    wake_.reset();
+    ::close(timerFd_);
+}
+
+qint64 PacedWriter::nowNs() {
+    timespec t{};
+    clock_gettime(CLOCK_MONOTONIC, &t);
+    return static_cast<qint64>(t.tv_sec) * NsPerSecond + t.tv_nsec;
+}
+
+qint64 PacedWriter::characterNs(int baud) {
+    return BitsPerCharacter * NsPerSecond / std::max(baud, 1);
+}
+
+void PacedWriter::enqueue(const QByteArray& frame, int baud, qint64 startNs) {
     Item item;
     item.frame = frame;
     item.baud = std::max(baud, 1);
-    item.dueMs = clock_.elapsed() + std::max(delayMs, 0);
+    item.startNs = paced_ ? std::max(startNs, lineFreeNs_) : startNs;
+    if (paced_)
+        lineFreeNs_ = item.endNs();
     queue_.push_back(std::move(item));
-    if (!timer_.isActive())
-        timer_.start();
-    // An immediate frame need not wait for the first tick.
-    if (delayMs <= 0 && queue_.size() == 1)
-        pump();
+    pump();
 }
 
-qint64 PacedWriter::allowedBytes(const Item& item, qint64 now) const {
-    const qint64 size = item.frame.size();
-    if (!paced_)
-        return size;
-    // The first character goes at once; each further one after its 11 bit times.
-    const qint64 due = 1 + (now - item.startedMs) * item.baud / (BitsPerCharacter * 1000);
-    return std::min(size, due);
+void PacedWriter::wakeAt(qint64 ns) {
+    itimerspec spec{};
+    // Zero would disarm the timer; a time already past fires at once.
+    const qint64 at = std::max<qint64>(ns, 1);
+    spec.it_value.tv_sec = static_cast<time_t>(at / NsPerSecond);
+    spec.it_value.tv_nsec = static_cast<long>(at % NsPerSecond);
+    timerfd_settime(timerFd_, TFD_TIMER_ABSTIME, &spec, nullptr);
 }
 
 void PacedWriter::pump() {
-    const qint64 now = clock_.elapsed();
     while (!queue_.empty()) {
+        const qint64 now = nowNs();
         Item& item = queue_.front();
-        if (item.startedMs < 0) {
-            if (now < item.dueMs)
-                return;
-            item.startedMs = now;
+        const qint64 size = item.frame.size();
+        if (now < item.startNs && !paced_) {
+            wakeAt(item.startNs);
+            return;
         }
-        const qint64 allowed = allowedBytes(item, now);
-        if (allowed > item.written) {
-            const qint64 n =
-                port_.write(item.frame.constData() + item.written, allowed - item.written);
+        // Characters whose last bit has arrived by now.
+        const qint64 due =
+            paced_ ? std::clamp<qint64>((now - item.startNs) / characterNs(item.baud), 0, size)
+                   : size;
+        if (due > item.written) {
+            const qint64 n = port_.write(item.frame.constData() + item.written, due - item.written);
             if (n < 0) {
                 // The line is gone; what was queued for it is lost too.
                 queue_.clear();
-                break;
+                return;
             }
             item.written += n;
+            if (item.written < due) {
+                wakeAt(now + FullRetryNs);
+                return;
+            }
         }
-        if (item.written < item.frame.size())
+        if (item.written < size) {
+            const qint64 next = item.startNs + (item.written + 1) * characterNs(item.baud);
+            wakeAt(std::min(item.endNs(), std::max(next, now + StepNs)));
             return;
+        }
+        lastFrameLateNs_ = paced_ ? std::max<qint64>(now - item.endNs(), 0) : 0;
         const QByteArray sent = item.frame;
         queue_.pop_front();
         emit frameSent(sent);
     }
-    timer_.stop();
 }
 
 }  // namespace velora::sim

@@ -3,28 +3,47 @@
 #include "sim/PtyPort.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QObject>
-#include <QTimer>
+#include <QSocketNotifier>
 
 #include <deque>
+#include <memory>
 
 namespace velora::sim {
 
-// Sends reply frames one after another, each no earlier than its due time and, when paced, no
-// faster than its line rate: 11 bit times per character for 8E1 (start, 8 data, parity,
-// stop). The frames leave in pieces on a short timer, never by sleeping.
+// Sends reply frames one after another as a drive's UART would: each character reaches the PC
+// when its last bit would have, 11 bit times per character for 8E1 (start, 8 data, parity,
+// stop), and a frame starts no earlier than asked and not before the previous one has left.
+// Characters leave in pieces of about a millisecond, as a serial port hands them on; the last
+// one of a frame leaves on time to a fraction of a millisecond, so the end of a reply is where
+// the line puts it. The writer wakes on a high-resolution timer and never sleeps.
 class PacedWriter : public QObject {
     Q_OBJECT
 public:
     explicit PacedWriter(PtyPort& port, QObject* parent = nullptr);
+    ~PacedWriter() override;
     Q_DISABLE_COPY_MOVE(PacedWriter)
 
+    // Unpaced, every frame is written whole as soon as it is due.
     void setPaced(bool paced) { paced_ = paced; }
-    // Queues a whole frame, to start delayMs from now at baud.
-    void enqueue(const QByteArray& frame, int baud, int delayMs);
+    [[nodiscard]] bool paced() const { return paced_; }
+    // Queues a whole frame to start on the line at startNs of the writer's clock (or when the
+    // frame before it has left).
+    void enqueue(const QByteArray& frame, int baud, qint64 startNs);
     [[nodiscard]] bool idle() const { return queue_.empty(); }
-    void clear() { queue_.clear(); }
+    void clear() {
+        queue_.clear();
+        lineFreeNs_ = 0;
+    }
+
+    // How much later than the line would have delivered it the last frame's final character
+    // was written (the machine's wake-up delay, nothing the pacing adds).
+    [[nodiscard]] qint64 lastFrameLateNs() const { return lastFrameLateNs_; }
+
+    // The writer's clock: monotonic nanoseconds.
+    [[nodiscard]] static qint64 nowNs();
+    // One character's time on the line at baud.
+    [[nodiscard]] static qint64 characterNs(int baud);
 
 signals:
     // A frame has been written completely.
@@ -34,18 +53,20 @@ private:
     struct Item {
         QByteArray frame;
         int baud = 9600;
-        qint64 dueMs = 0;
-        qint64 startedMs = -1;
+        qint64 startNs = 0;
         qint64 written = 0;
+        [[nodiscard]] qint64 endNs() const;
     };
 
     void pump();
-    [[nodiscard]] qint64 allowedBytes(const Item& item, qint64 now) const;
+    void wakeAt(qint64 ns);
 
     PtyPort& port_;
-    QTimer timer_;
-    QElapsedTimer clock_;
+    int timerFd_ = -1;
+    std::unique_ptr<QSocketNotifier> wake_;
     std::deque<Item> queue_;
+    qint64 lineFreeNs_ = 0;
+    qint64 lastFrameLateNs_ = 0;
     bool paced_ = true;
 };
 

@@ -53,7 +53,7 @@ void SimulatedLine::close() {
 void SimulatedLine::onBytes(const QByteArray& bytes) {
     for (const QString& text : reader_.feed(bytes)) {
         emit commandReceived(text);
-        send(bus_.receive(text, port_.lineSettings()));
+        send(bus_.receive(text, port_.lineSettings()), static_cast<int>(text.size()) + 2);
     }
     // A reset may have changed the first drive's rate; a device line follows it.
     if (deviceBaud_ != 0 && bus_.driveCount() > 0 && bus_.driveAt(0).baudRate() != deviceBaud_) {
@@ -69,12 +69,17 @@ void SimulatedLine::onTick() {
     if (step <= 0)
         return;
     simulatedMs_ = now;
-    send(bus_.advance(step));
+    send(bus_.advance(step), 0);
 }
 
-void SimulatedLine::send(const QList<OutgoingReply>& replies) {
+void SimulatedLine::send(const QList<OutgoingReply>& replies, int requestCharacters) {
+    const qint64 now = PacedWriter::nowNs();
     for (const OutgoingReply& r : replies) {
-        writer_.enqueue(Stx + r.text + Etx, r.baud, r.delayMs);
+        // A pseudo-terminal hands the request over at once; on a line the drive hears it only
+        // when its last character has arrived, and answers after its reply wait.
+        const qint64 heard =
+            writer_.paced() ? now + requestCharacters * PacedWriter::characterNs(r.baud) : now;
+        writer_.enqueue(Stx + r.text + Etx, r.baud, heard + qint64{r.delayMs} * 1000000);
     }
 }
 

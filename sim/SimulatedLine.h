@@ -30,6 +30,8 @@ public:
 
     [[nodiscard]] DriveBus& bus() { return bus_; }
     [[nodiscard]] FaultPlan& faults() { return bus_.faults(); }
+    // How late the last reply's final character left, against the line's timing.
+    [[nodiscard]] qint64 lastReplyLateNs() const { return writer_.lastFrameLateNs(); }
     // Cable pulled (true) or plugged back in (false).
     void setCablePulled(bool pulled) { bus_.faults().cablePulled = pulled; }
 
@@ -40,7 +42,9 @@ signals:
 private:
     void onBytes(const QByteArray& bytes);
     void onTick();
-    void send(const QList<OutgoingReply>& replies);
+    // requestCharacters: the frame the replies answer, which the line carries before the drive
+    // hears it (0 for what the drives send by themselves).
+    void send(const QList<OutgoingReply>& replies, int requestCharacters);
 
     DriveBus bus_;
     PtyPort port_;

@@ -10,9 +10,13 @@ Rs232Transport::Rs232Transport(LinkState& state, QObject* parent)
 }
 
 bool Rs232Transport::send(const QByteArray& frame) {
-    // The port buffers the frame and writes it from the event loop; a frame lost on the line
-    // shows up as a missing reply, which the supervision re-sends.
-    return port().write(frame) == frame.size();
+    // The port would otherwise write the frame only when the event loop next polls it, after
+    // whatever repaints are pending: the frame goes to the driver now (flush never blocks).
+    // A frame lost on the line shows up as a missing reply, which the supervision re-sends.
+    if (port().write(frame) != frame.size())
+        return false;
+    port().flush();
+    return true;
 }
 
 void Rs232Transport::readAvailable() {

@@ -30,6 +30,9 @@ QLabel* makeLabel(QWidget* parent, const QString& name) {
 
 SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), engine_(engine) {
     setObjectName(QStringLiteral("SystemBar"));
+    refreshTimer_.setSingleShot(true);
+    refreshTimer_.setInterval(RefreshIntervalMs);
+    connect(&refreshTimer_, &QTimer::timeout, this, &SystemBar::refresh);
     auto* outer = new QHBoxLayout(this);
     outer->setContentsMargins(0, 0, 0, 0);
     auto* Picture1 = new QFrame(this);
@@ -78,6 +81,9 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     row->addSpacing(8);
     row->addWidget(LblDateTime);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // The first look is drawn at once, not a refresh interval later.
+    refreshTimer_.stop();
+    refresh();
 }
 
 void SystemBar::LanguageSelect(int languageId) {
@@ -101,20 +107,44 @@ void SystemBar::setClock(const QDateTime& now) {
 }
 
 void SystemBar::setComIndicator(bool live) {
+    // Set on every tick of the polling timer; a new palette repaints, so only a change is set.
+    if (comShown_ == live)
+        return;
+    comShown_ = live;
     setColours(LblCom, live ? QColor(255, 0, 0) : QColor(0, 0, 0), QColor(255, 255, 255));
 }
 
 void SystemBar::setLamp(int index, const QColor& fill, const QColor& back) {
     if (index < 0 || index > 1)
         return;
-    QLabel* lamp = ShpStatus[static_cast<std::size_t>(index)];
-    lamp->setStyleSheet(QStringLiteral("QLabel { background-color: %1; border: 3px solid %2; "
-                                       "border-radius: 8px; }")
-                            .arg(fill.name(), back.name()));
+    lampWanted_[static_cast<std::size_t>(index)] = {fill, back};
+    scheduleRefresh();
 }
 
 void SystemBar::setServoOnColours(const QColor& back, const QColor& text) {
-    setColours(LblSVON, back, text);
+    svonWanted_ = {back, text};
+    scheduleRefresh();
+}
+
+void SystemBar::scheduleRefresh() {
+    if (!refreshTimer_.isActive())
+        refreshTimer_.start();
+}
+
+void SystemBar::refresh() {
+    for (std::size_t i = 0; i < lampWanted_.size(); ++i) {
+        if (lampShown_[i] == lampWanted_[i])
+            continue;
+        lampShown_[i] = lampWanted_[i];
+        ShpStatus[i]->setStyleSheet(
+            QStringLiteral("QLabel { background-color: %1; border: 3px solid %2; "
+                           "border-radius: 8px; }")
+                .arg(lampShown_[i].first.name(), lampShown_[i].second.name()));
+    }
+    if (!(svonShown_ == svonWanted_)) {
+        svonShown_ = svonWanted_;
+        setColours(LblSVON, svonShown_.first, svonShown_.second);
+    }
 }
 
 bool SystemBar::eventFilter(QObject* watched, QEvent* event) {

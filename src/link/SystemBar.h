@@ -2,9 +2,11 @@
 
 #include <QColor>
 #include <QDateTime>
+#include <QTimer>
 #include <QWidget>
 
 #include <array>
+#include <optional>
 
 class QLabel;
 
@@ -14,10 +16,15 @@ class LinkEngine;
 
 // The status bar along the main window: RUN and ALARM lamps, the servo-on label, the axis
 // number, the COM indicator and the clock. The polling timer behind it belongs to the link
-// engine, which tells the bar what to show.
+// engine, which tells the bar what to show. The monitor may report a hundred times a second: the
+// lamps and the SVON label show the latest state at most every RefreshIntervalMs, and only what
+// changed is redrawn.
 class SystemBar : public QWidget {
     Q_OBJECT
 public:
+    // Fastest repaint of the lamps and the SVON label (25 per second).
+    static constexpr int RefreshIntervalMs = 40;
+
     explicit SystemBar(LinkEngine& engine, QWidget* parent = nullptr);
 
     void LanguageSelect(int languageId);
@@ -36,6 +43,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // A colour pair as last asked for, and as last drawn.
+    struct Colours {
+        QColor first;
+        QColor second;
+        bool operator==(const Colours& other) const {
+            return first == other.first && second == other.second;
+        }
+    };
+    void scheduleRefresh();
+    void refresh();
+
     LinkEngine& engine_;
     QLabel* Label1 = nullptr;
     QLabel* Label2 = nullptr;
@@ -45,6 +63,13 @@ private:
     QLabel* LblSVON = nullptr;
     QLabel* LblDateTime = nullptr;
     std::array<QLabel*, 2> ShpStatus{};
+
+    QTimer refreshTimer_;
+    std::array<Colours, 2> lampWanted_{};
+    std::array<Colours, 2> lampShown_{};
+    Colours svonWanted_;
+    Colours svonShown_;
+    std::optional<bool> comShown_;
 };
 
 }  // namespace velora

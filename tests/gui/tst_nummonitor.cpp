@@ -62,6 +62,9 @@ private slots:
         QCOMPARE(control(rig, u"LabelStatus(0)"_s)->text(), u": ON"_s);
         QCOMPARE(control(rig, u"Label1(10)"_s)->text(), en(1412));
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), en(1418));
+        // The status bar follows too, merged like the window.
+        QTRY_COMPARE(rig.find<QLabel>(u"LblSVON"_s)->palette().color(QPalette::Window),
+                     QColor(QRgb(monitorcolour::Green)));
 
         // Replies closer together than a repaint are merged: only the last is shown.
         QCOMPARE(rig.sent().last(), u"0PR77"_s);
