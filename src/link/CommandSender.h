@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/WireFormat.h"
+
 #include <QString>
 
 #include <functional>
@@ -17,6 +19,8 @@ public:
 
     void SendCommand(const QString& text);
     void PostCommand(const QString& text);
+    // Whether text can travel in one frame; when not, the user is told why and what to do.
+    [[nodiscard]] bool admits(const QString& text);
 
     // One tick of supervision. Returns true when the tick was spent on a port search step.
     bool supervise();
@@ -30,7 +34,7 @@ public:
 
 private:
     // A text that cannot travel in one frame is refused with a message, never cut.
-    void refuse(const QString& text);
+    void refuse(const QString& text, wire::TextCheck why);
     void communicationFailure();
 
     LinkEngine& engine_;
