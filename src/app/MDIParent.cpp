@@ -32,7 +32,7 @@ namespace {
 
 // Where each child window starts inside the frame, in start-up order after the status bar.
 constexpr std::array<QRect, 8> kPlacement{{
-    {0, 0, 640, 470},       // ComConsole
+    {0, 0, 600, 470},       // ComConsole
     {0, 250, 560, 380},     // PrmTbl
     {30, 280, 560, 380},    // PointTbl
     {60, 310, 420, 380},    // ComTbl

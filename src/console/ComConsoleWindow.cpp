@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace velora {
 
 namespace {
@@ -46,6 +48,9 @@ ComConsoleWindow::ComConsoleWindow(LinkEngine& engine, QWidget* parent)
         auto* box = new QLineEdit(QStringLiteral("0"), this);
         box->setObjectName(QStringLiteral("TxtNum(%1)").arg(i));
         box->setAlignment(Qt::AlignRight);
+        // As wide as the longest argument, so that it lines up with the buttons of its column.
+        box->setMaximumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("-999999999")) +
+                             12);
         connect(box, &QLineEdit::editingFinished, this, [this, i] { TxtNum_LostFocus(i); });
         TxtNum[static_cast<std::size_t>(i)] = box;
     }
@@ -118,6 +123,12 @@ QGroupBox* ComConsoleWindow::buildFrame(int index, const QList<QList<int>>& rows
             else if (cell != Blank)
                 grid->addWidget(CmdButton[static_cast<std::size_t>(cell)], r, c);
         }
+    }
+    // Columns of one width in every frame, so that the buttons line up across the window.
+    const int width = CmdButton[0]->sizeHint().width();
+    for (int c = 0; c < std::max(3, grid->columnCount()); ++c) {
+        grid->setColumnMinimumWidth(c, width);
+        grid->setColumnStretch(c, 1);
     }
     Frame[static_cast<std::size_t>(index)] = frame;
     return frame;
