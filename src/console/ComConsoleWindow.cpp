@@ -175,8 +175,14 @@ void ComConsoleWindow::applyEnabling() {
 }
 
 void ComConsoleWindow::setComText(int index, const QString& text) {
-    if (index == 0 || index == 1)
-        ComText[static_cast<std::size_t>(index)]->setText(text);
+    if (index != 0 && index != 1)
+        return;
+    QLineEdit* line = ComText[static_cast<std::size_t>(index)];
+    // A command the user is still typing is not wiped out by the echo of another one (an
+    // alarm query, say); the echo shows again once the typed text has gone out.
+    if (index == 0 && commandSendShown_ && line->hasFocus() && line->isModified())
+        return;
+    line->setText(text);
 }
 
 QString ComConsoleWindow::comText(int index) const {
@@ -193,8 +199,10 @@ void ComConsoleWindow::CmdButton_Click(int index) {
 
 void ComConsoleWindow::CommandSend_Click() {
     const QString typed = ComText[0]->text();
-    if (commands_.CommandSend_Click(typed))
+    if (commands_.CommandSend_Click(typed)) {
         history_.add(typed);
+        ComText[0]->setModified(false);
+    }
 }
 
 void ComConsoleWindow::TxtNum_LostFocus(int index) {

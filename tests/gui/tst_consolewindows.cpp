@@ -128,6 +128,13 @@ private slots:
         QVERIFY(!send->isHidden() && !typed->isReadOnly());
         QCOMPARE(shell.rig->find<QLabel>(u"Label1(0)"_s, shell.rig->find(u"ComConsole"_s))->buddy(),
                  typed);
+        // What the user is typing survives the echo of other commands.
+        typed->window()->activateWindow();
+        typed->setFocus();
+        typeLine(typed, u"0PR"_s, Qt::Key_7);
+        shell.rig->engine().SendCommand(u"0AD"_s);
+        QVERIFY(shell.runUntil([&] { return send->isEnabled(); }));
+        QCOMPARE(typed->text(), u"0PR7"_s);
         typeLine(typed, u"0PR77"_s);
         QVERIFY(shell.runUntil([&] { return received->text() == u"0PR0000006E"_s; }));
 
