@@ -37,24 +37,6 @@ bool isHiddenGesture(const QEvent* event) {
 
 ComConsoleWindow::ComConsoleWindow(LinkEngine& engine, QWidget* parent)
     : ChildWindow(QStringLiteral("ComConsole"), parent), engine_(engine), commands_(engine) {
-    for (int i = 0; i < ConsoleCommands::ButtonCount; ++i) {
-        auto* button = new QPushButton(this);
-        button->setObjectName(QStringLiteral("CmdButton(%1)").arg(i));
-        connect(button, &QPushButton::clicked, this, [this, i] { CmdButton_Click(i); });
-        CmdButton[static_cast<std::size_t>(i)] = button;
-    }
-    CmdButton[RevealButton]->installEventFilter(this);
-    for (int i = 0; i < ConsoleCommands::ArgumentCount; ++i) {
-        auto* box = new QLineEdit(QStringLiteral("0"), this);
-        box->setObjectName(QStringLiteral("TxtNum(%1)").arg(i));
-        box->setAlignment(Qt::AlignRight);
-        // As wide as the longest argument, so that it lines up with the buttons of its column.
-        box->setMaximumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("-999999999")) +
-                             12);
-        connect(box, &QLineEdit::editingFinished, this, [this, i] { TxtNum_LostFocus(i); });
-        TxtNum[static_cast<std::size_t>(i)] = box;
-    }
-
     auto* echo = new QGridLayout;
     for (int i = 0; i < 2; ++i) {
         Label1[i] = new QLabel(this);
@@ -81,7 +63,8 @@ ComConsoleWindow::ComConsoleWindow(LinkEngine& engine, QWidget* parent)
 
     // Servo and positioning on the left, jogging and the velocity drive on the right, the
     // drive's own functions (alarms, reset, memory) along the foot. On/off pairs share a row;
-    // an argument box sits beside the button that sends it.
+    // an argument box sits beside the button that sends it. The controls are made in reading
+    // order, which is the order Tab walks them.
     auto* command = buildFrame(0, {{2, 3, 1},
                                    {5, 6, Blank},
                                    {4, ArgumentCell + 0, 12},
@@ -90,9 +73,9 @@ ComConsoleWindow::ComConsoleWindow(LinkEngine& engine, QWidget* parent)
                                    {9, 10, Blank},
                                    {15, 16, Blank},
                                    {17, ArgumentCell + 2, Blank}});
-    auto* etc = buildFrame(1, {{0, 13, 14, 30}, {31, 32, 33, 34}});
     auto* jog = buildFrame(2, {{23, 24, 25}, {26, 27, Blank}, {28, 29, Blank}});
     auto* velocity = buildFrame(3, {{18, 19, Blank}, {20, ArgumentCell + 3, Blank}, {21, 22}});
+    auto* etc = buildFrame(1, {{0, 13, 14, 30}, {31, 32, 33, 34}});
     auto* right = new QVBoxLayout;
     right->addWidget(jog);
     right->addWidget(velocity);
@@ -107,6 +90,8 @@ ComConsoleWindow::ComConsoleWindow(LinkEngine& engine, QWidget* parent)
     column->addLayout(frames);
     column->addStretch(1);
 
+    CmdButton[RevealButton]->installEventFilter(this);
+
     // Versioned buttons stay off until the drive has told its version.
     applyEnabling();
 }
@@ -119,19 +104,38 @@ QGroupBox* ComConsoleWindow::buildFrame(int index, const QList<QList<int>>& rows
         for (int c = 0; c < rows[r].size(); ++c) {
             const int cell = rows[r][c];
             if (cell >= ArgumentCell)
-                grid->addWidget(TxtNum[static_cast<std::size_t>(cell - ArgumentCell)], r, c);
+                grid->addWidget(makeArgumentBox(cell - ArgumentCell, frame), r, c);
             else if (cell != Blank)
-                grid->addWidget(CmdButton[static_cast<std::size_t>(cell)], r, c);
+                grid->addWidget(makeButton(cell, frame), r, c);
         }
     }
     // Columns of one width in every frame, so that the buttons line up across the window.
-    const int width = CmdButton[0]->sizeHint().width();
+    const int width = QPushButton().sizeHint().width();
     for (int c = 0; c < std::max(3, grid->columnCount()); ++c) {
         grid->setColumnMinimumWidth(c, width);
         grid->setColumnStretch(c, 1);
     }
     Frame[static_cast<std::size_t>(index)] = frame;
     return frame;
+}
+
+QPushButton* ComConsoleWindow::makeButton(int index, QWidget* frame) {
+    auto* button = new QPushButton(frame);
+    button->setObjectName(QStringLiteral("CmdButton(%1)").arg(index));
+    connect(button, &QPushButton::clicked, this, [this, index] { CmdButton_Click(index); });
+    CmdButton[static_cast<std::size_t>(index)] = button;
+    return button;
+}
+
+QLineEdit* ComConsoleWindow::makeArgumentBox(int index, QWidget* frame) {
+    auto* box = new QLineEdit(QStringLiteral("0"), frame);
+    box->setObjectName(QStringLiteral("TxtNum(%1)").arg(index));
+    box->setAlignment(Qt::AlignRight);
+    // As wide as the longest argument, so that it lines up with the buttons of its column.
+    box->setMaximumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("-999999999")) + 12);
+    connect(box, &QLineEdit::editingFinished, this, [this, index] { TxtNum_LostFocus(index); });
+    TxtNum[static_cast<std::size_t>(index)] = box;
+    return box;
 }
 
 void ComConsoleWindow::LanguageSelect(int languageId) {

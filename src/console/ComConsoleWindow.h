@@ -4,6 +4,8 @@
 #include "console/CommandHistory.h"
 #include "console/ConsoleCommands.h"
 
+#include <QList>
+
 #include <array>
 
 class QGroupBox;
@@ -43,7 +45,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // A frame with its buttons and argument boxes, made row by row.
     QGroupBox* buildFrame(int index, const QList<QList<int>>& rows);
+    QPushButton* makeButton(int index, QWidget* frame);
+    QLineEdit* makeArgumentBox(int index, QWidget* frame);
     void CmdButton_Click(int index);
     void CommandSend_Click();
     void TxtNum_LostFocus(int index);
