@@ -347,7 +347,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1816, u"In Alarm."},
     {1817, u"In Servo On."},
     {1845, u"A command holds at most 30 characters. Shorten the text and send it again."},
-    {1846, u"The text holds a character that cannot be sent (a control character or a character outside ASCII). Type only letters, digits and signs."},
+    {1846,
+     u"The text holds a character that cannot be sent (a control character or a character outside "
+     u"ASCII). Type only letters, digits and signs."},
     {1847, u"Active"},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
@@ -702,7 +704,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2816, u"アラームが発生しています"},
     {2817, u"サーボオン中です"},
     {2845, u"コマンドは30文字までです。短くしてから送信し直してください。"},
-    {2846, u"送信できない文字（制御文字または半角英数字以外の文字）が含まれています。半角の英数字と記号だけを入力してください。"},
+    {2846,
+     u"送信できない文字（制御文字または半角英数字以外の文字）が含まれています。半角の英数字と記号だ"
+     u"けを入力してください。"},
     {2847, u"発生中"},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
