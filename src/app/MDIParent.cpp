@@ -37,13 +37,13 @@ namespace {
 
 // Where each child window starts inside the frame, in start-up order after the status bar.
 constexpr std::array<QRect, 8> kPlacement{{
-    {0, 0, 560, 240},       // ComConsole
+    {0, 0, 600, 470},       // ComConsole
     {0, 250, 560, 380},     // PrmTbl
     {30, 280, 560, 380},    // PointTbl
     {60, 310, 420, 380},    // ComTbl
     {570, 0, 420, 440},     // NumMonitor: values and status side by side
-    {1000, 0, 290, 210},    // IOStatus
-    {1000, 220, 290, 220},  // AlarmMon
+    {1000, 0, 290, 310},    // IOStatus
+    {1000, 320, 300, 345},  // AlarmMon
     {570, 450, 720, 330},   // HMon
 }};
 
@@ -149,6 +149,9 @@ void MDIParent::connectReplyFamilies() {
                 systemBar_->setLamp(1, QColor(QRgb(alarm.fill)), QColor(QRgb(alarm.back)));
                 systemBar_->setServoOnColours(QColor(QRgb(svon.back)), QColor(QRgb(svon.fill)));
             });
+    connect(&monitor_, &RealTimeMonitor::ShowIoState, ioStatus_, &IOStatusWindow::ShowIoState);
+    connect(&params_, &ParamTransfer::transferFinished, ioStatus_,
+            &IOStatusWindow::UpdateInputNames);
 }
 
 void MDIParent::buildWindows() {
@@ -166,13 +169,13 @@ void MDIParent::buildWindows() {
     setCentralWidget(central);
 
     // Each goes into a frame of the MDI area right after.
-    comConsole_ = new ComConsoleWindow(mdiArea_);
+    comConsole_ = new ComConsoleWindow(engine_, mdiArea_);
     prmTbl_ = new PrmTblWindow(global_, engine_, params_, boxes_, mdiArea_);
     pointTbl_ = new PointTblWindow(mdiArea_);
     comTbl_ = new ComTblWindow(mdiArea_);
     numMonitor_ = new NumMonitorWindow(monitor_, global_.Link, mdiArea_);
-    ioStatus_ = new IOStatusWindow(mdiArea_);
-    alarmMon_ = new AlarmMonWindow(mdiArea_);
+    ioStatus_ = new IOStatusWindow(global_.Params, mdiArea_);
+    alarmMon_ = new AlarmMonWindow(alarms_, mdiArea_);
     hMon_ = new HMonWindow(mdiArea_);
     const QList<ChildWindow*> children = childWindows();
     for (int i = 0; i < children.size(); ++i) {

@@ -352,6 +352,11 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1821,
      u"The drive refused the monitor request again: the RealTime Monitor is switched off. Check "
      u"the drive, then switch the monitor on in the Monitor window."},
+    {1845, u"A command holds at most 30 characters. Shorten the text and send it again."},
+    {1846,
+     u"The text holds a character that cannot be sent (a control character or a character outside "
+     u"ASCII). Type only letters, digits and signs."},
+    {1847, u"Active"},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
     {1901, u"Parameter"},
@@ -710,6 +715,11 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2821,
      u"ドライブがモニタ要求を再び拒否したため、リアルタイムモニタをオフにしました。ドライブを確認し"
      u"てから、モニタ画面でモニタをオンにしてください。"},
+    {2845, u"コマンドは30文字までです。短くしてから送信し直してください。"},
+    {2846,
+     u"送信できない文字（制御文字または半角英数字以外の文字）が含まれています。"
+     u"半角の英数字と記号だけを入力してください。"},
+    {2847, u"発生中"},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
     {2901, u"パラメータ"},

@@ -14,12 +14,8 @@ bool CommandSender::SendCommand(const QString& text) {
     if (text.isEmpty())
         return false;
     LinkState& s = engine_.state();
-    if (!reachable())
+    if (!reachable() || !admits(text))
         return false;
-    if (wire::checkCommandText(text) != wire::TextCheck::Ok) {
-        refuse(text);
-        return false;
-    }
     const QString code = wire::codeOf(text);
     const bool broadcast = wire::isBroadcast(text, s.AxisNumber);
 
@@ -126,13 +122,33 @@ void CommandSender::communicationFailure() {
     engine_.resumeTimer1();
 }
 
-void CommandSender::refuse(const QString& text) {
+bool CommandSender::admits(const QString& text) {
+    const wire::TextCheck check = wire::checkCommandText(text);
+    if (check == wire::TextCheck::Ok)
+        return true;
+    refuse(text, check);
+    return false;
+}
+
+void CommandSender::refuse(const QString& text, wire::TextCheck why) {
     // A frame holds at most 30 printable characters; cutting the text would send another
     // command than the user wrote, so it is not sent at all.
     const LinkState& s = engine_.state();
+    QString shown;
+    for (const QChar c : text) {
+        // Control characters would vanish in the message; their printable symbols show where.
+        if (c.unicode() < 0x20)
+            shown += QChar(0x2400 + c.unicode());
+        else if (c.unicode() == 0x7F)
+            shown += QChar(0x2421);
+        else
+            shown += c;
+    }
     const QString detail =
-        QStringLiteral("%1\n(%2 / %3)").arg(text).arg(text.size()).arg(wire::MaxCommandLength);
-    engine_.showError(TextCatalogue::text(s.LanguageId, 1800) + QLatin1Char('\n') + detail,
+        QStringLiteral("%1\n(%2 / %3)").arg(shown).arg(text.size()).arg(wire::MaxCommandLength);
+    const int advice = why == wire::TextCheck::TooLong ? 1845 : 1846;
+    engine_.showError(TextCatalogue::text(s.LanguageId, 1800) + QLatin1Char('\n') + detail +
+                          QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, advice),
                       TextCatalogue::text(s.LanguageId, 1799));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/WireFormat.h"
+
 #include <QString>
 
 #include <functional>
@@ -19,6 +21,8 @@ public:
     // drive (offline, port closed, or a text no frame can carry); the user has been told why.
     bool SendCommand(const QString& text);
     bool PostCommand(const QString& text);
+    // Whether text can travel in one frame; when not, the user is told why and what to do.
+    [[nodiscard]] bool admits(const QString& text);
 
     // One tick of supervision. Returns true when the tick was spent on a port search step.
     bool supervise();
@@ -32,7 +36,7 @@ public:
 
 private:
     // A text that cannot travel in one frame is refused with a message, never cut.
-    void refuse(const QString& text);
+    void refuse(const QString& text, wire::TextCheck why);
     // Offline or without an open port nothing reaches the wire: said at once, so that no
     // window waits for a reply that cannot come.
     [[nodiscard]] bool reachable() const;
