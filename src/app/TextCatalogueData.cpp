@@ -346,6 +346,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1815, u"Zero Return is Not Finished."},
     {1816, u"In Alarm."},
     {1817, u"In Servo On."},
+    // English: point table and command table status lines.
+    {1860, u"Points marked for writing: "},
+    {1861, u"Cells marked for writing: "},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
     {1901, u"Parameter"},
@@ -698,6 +701,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2815, u"原点復帰が完了していません"},
     {2816, u"アラームが発生しています"},
     {2817, u"サーボオン中です"},
+    // Japanese: point table and command table status lines.
+    {2860, u"書き込み待ちのポイント: "},
+    {2861, u"書き込み待ちのセル: "},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
     {2901, u"パラメータ"},
