@@ -111,8 +111,8 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
         }
         // Missing or non-hex fields read as 0.
         tables_.setValue(k, HexToLong(text.mid(start, digits)));
-        tables_.ComChanged[static_cast<std::size_t>(k)] = false;
     }
+    tables_.ComChanged.fill(false);
     emit tableRefreshed();
     engine_.pauseTimer1();
     engine_.HideDialog();
