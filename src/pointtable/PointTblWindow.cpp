@@ -165,6 +165,7 @@ void PointTblWindow::LanguageSelect(int languageId) {
     for (int i = 0; i < ButtonCount; ++i)
         Command[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1458 + i));
     CmdJoin->setText(TextCatalogue::text(languageId, global_.TablesJoined ? 1463 : 1462));
+    markedShown_ = -1;
     showMarks();
 }
 
@@ -277,16 +278,26 @@ void PointTblWindow::ResetRow(int point) {
 }
 
 void PointTblWindow::showMarks() {
-    const int lang = global_.Link.LanguageId;
+    // Only what changed is set again: a tab bar relayout per edited box would make editing the
+    // whole table slow.
     for (int tab = 0; tab < TabCount; ++tab) {
         const int first = tab * PointEdit::PointsPerTab;
         bool edited = false;
         for (int p = first; p < first + PointEdit::PointsPerTab; ++p)
             edited = edited || tables_.PointChanged[static_cast<std::size_t>(p)];
+        auto& shown = tabMarked_[static_cast<std::size_t>(tab)];
+        if (shown && *shown == edited)
+            continue;
+        shown = edited;
         SSTabPntTbl->setTabText(
             tab, tablekit::marked(QStringLiteral("%1 - %2").arg(first).arg(first + 7), edited));
     }
-    LabelMarked->setText(TextCatalogue::text(lang, 1860) + QString::number(tables_.changedCount()));
+    const int count = tables_.changedCount();
+    if (count == markedShown_)
+        return;
+    markedShown_ = count;
+    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1860) +
+                         QString::number(count));
 }
 
 bool PointTblWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <array>
+#include <optional>
 
 class QLabel;
 class QLineEdit;
@@ -86,6 +87,9 @@ private:
     // Row by point, column by PointField.
     std::array<std::array<QLineEdit*, PointEdit::FieldCount>, PointTables::Count> boxes_{};
     std::array<TableColour, PointTables::Count> rowColour_{};
+    // What the tab captions and the status line show now.
+    std::array<std::optional<bool>, TabCount> tabMarked_{};
+    int markedShown_ = -1;
     std::array<QPushButton*, ButtonCount> Command{};
     QPushButton* CmdJoin = nullptr;
     QLabel* LabelMarked = nullptr;
