@@ -179,8 +179,9 @@ void ComTblWindow::applyControls() {
     }
     Command[WriteFile]->setEnabled(c.writeFile);
     Command[ReadFile]->setEnabled(c.readFile);
-    Command[WriteServo]->setEnabled(c.writeServo);
-    Command[ReadServo]->setEnabled(c.readServo);
+    // Buttons the link disabled on their own (all axes addressed) stay so until it unlocks.
+    Command[WriteServo]->setEnabled(c.writeServo && transferButtonsEnabled());
+    Command[ReadServo]->setEnabled(c.readServo && transferButtonsEnabled());
 }
 
 void ComTblWindow::Command_Click(int index) {

@@ -196,8 +196,9 @@ void PointTblWindow::applyControls() {
     }
     Command[WriteFile]->setEnabled(c.writeFile);
     Command[ReadFile]->setEnabled(c.readFile);
-    Command[WriteServo]->setEnabled(c.writeServo);
-    Command[ReadServo]->setEnabled(c.readServo);
+    // Buttons the link disabled on their own (all axes addressed) stay so until it unlocks.
+    Command[WriteServo]->setEnabled(c.writeServo && transferButtonsEnabled());
+    Command[ReadServo]->setEnabled(c.readServo && transferButtonsEnabled());
 }
 
 void PointTblWindow::Command_Click(int index) {
