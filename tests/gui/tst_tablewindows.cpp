@@ -66,9 +66,13 @@ struct DriveRig : ShellRig {
         }
         return done();
     }
-    void click(QWidget* window, const QString& button) {
+    // Clicks once the button is usable: the identification sent at the start locks the
+    // windows until the drive answers it.
+    void click(QWidget* window, const QString& name) {
+        auto* button = find<QPushButton>(name, window);
+        QVERIFY(runUntil([button] { return button->isEnabled(); }));
         QApplication::setActiveWindow(this->window.get());
-        QTest::mouseClick(find<QPushButton>(button, window), Qt::LeftButton);
+        QTest::mouseClick(button, Qt::LeftButton);
     }
     // The busy dialog, once hidden, leaves no window active on the offscreen platform.
     void type(QLineEdit* box, const QString& text) {
