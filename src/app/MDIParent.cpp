@@ -78,6 +78,8 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       ui_(boxes_),
       engine_(global.Link, ui_, setup_.ticks),
       params_(engine_, global.Params),
+      points_(engine_, global.Points),
+      commands_(engine_, global.Com),
       monitor_(engine_),
       alarms_(engine_, global.Alarms) {
     setObjectName(QStringLiteral("MDIParent"));
@@ -171,8 +173,10 @@ void MDIParent::buildWindows() {
     // Each goes into a frame of the MDI area right after.
     comConsole_ = new ComConsoleWindow(engine_, mdiArea_);
     prmTbl_ = new PrmTblWindow(global_, engine_, params_, boxes_, mdiArea_);
-    pointTbl_ = new PointTblWindow(mdiArea_);
-    comTbl_ = new ComTblWindow(mdiArea_);
+    pointTbl_ = new PointTblWindow(global_, engine_, points_, mdiArea_);
+    comTbl_ = new ComTblWindow(global_, engine_, commands_, mdiArea_);
+    pointTbl_->setPartner(comTbl_);
+    comTbl_->setPartner(pointTbl_);
     numMonitor_ = new NumMonitorWindow(monitor_, global_.Link, mdiArea_);
     ioStatus_ = new IOStatusWindow(global_.Params, mdiArea_);
     alarmMon_ = new AlarmMonWindow(alarms_, mdiArea_);
@@ -289,6 +293,7 @@ void MDIParent::startUp() {
     setup_.settings.loadComAndLanguage(global_);
     toolkitTexts_.select(s.LanguageId);
     InitParamTables(global_.Params);
+    InitComTable(global_.Com);
     // Each window loads its texts as it loads, so that none stands empty while the port is
     // being opened and a message may be waiting; all are set again once every window is there.
     LanguageSelect(s.LanguageId);

@@ -4,10 +4,12 @@
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
 #include "app/ToolkitTexts.h"
+#include "comtable/ComTransfer.h"
 #include "link/LinkEngine.h"
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamTransfer.h"
+#include "pointtable/PointTransfer.h"
 
 #include <QMainWindow>
 
@@ -63,6 +65,8 @@ public:
     [[nodiscard]] MessageBoxes& messageBoxes() { return boxes_; }
     [[nodiscard]] SystemBar* systemBar() const { return systemBar_; }
     [[nodiscard]] ParamTransfer& paramTransfer() { return params_; }
+    [[nodiscard]] PointTransfer& pointTransfer() { return points_; }
+    [[nodiscard]] ComTransfer& comTransfer() { return commands_; }
     [[nodiscard]] RealTimeMonitor& realTimeMonitor() { return monitor_; }
     [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
@@ -98,6 +102,8 @@ private:
     // and the monitor chain work whatever window is open. Declared after the engine: they
     // unhook themselves from it first.
     ParamTransfer params_;
+    PointTransfer points_;
+    ComTransfer commands_;
     RealTimeMonitor monitor_;
     AlarmMonitor alarms_;
     bool ended_ = false;

@@ -357,6 +357,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
      u"The text holds a character that cannot be sent (a control character or a character outside "
      u"ASCII). Type only letters, digits and signs."},
     {1847, u"Active"},
+    // English: point table and command table status lines.
+    {1860, u"Points marked for writing: "},
+    {1861, u"Cells marked for writing: "},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
     {1901, u"Parameter"},
@@ -720,6 +723,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
      u"送信できない文字（制御文字または半角英数字以外の文字）が含まれています。"
      u"半角の英数字と記号だけを入力してください。"},
     {2847, u"発生中"},
+    // Japanese: point table and command table status lines.
+    {2860, u"書き込み待ちのポイント: "},
+    {2861, u"書き込み待ちのセル: "},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
     {2901, u"パラメータ"},

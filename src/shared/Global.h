@@ -2,8 +2,10 @@
 
 #include "app/WaveMonSettings.h"
 #include "shared/AlarmData.h"
+#include "shared/ComTables.h"
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
+#include "shared/PointTables.h"
 
 namespace velora {
 
@@ -19,6 +21,10 @@ struct Global {
     bool ConnectCautionDialog = true;  // caution of the parameter 1-45 coupling ("PrmCnctCtn")
     int Prm1To45Connect = 0;           // 0 ask every time, 1 couple, 2 do not couple ("PrmCnctSel")
     WaveMonSettings WaveMon;           // the wave monitor's stored choices ("WaveMonSettings")
+    PointTables Points;                // PointTable, PointChanged, PointTableValid
+    ComTables Com;                     // CmdVelocity, CmdAtc, CmdTorque, ComChanged, ComLoaded
+    // The point table and command table windows stand docked side by side.
+    bool TablesJoined = false;
 };
 
 }  // namespace velora

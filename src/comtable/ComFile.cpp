@@ -1,0 +1,95 @@
+#include "comtable/ComFile.h"
+
+#include "app/TextCatalogue.h"
+#include "comtable/ComEdit.h"
+#include "link/LinkEngine.h"
+#include "shared/BoundedLineReader.h"
+#include "shared/ComTables.h"
+#include "shared/FileNumber.h"
+#include "shared/LinkState.h"
+#include "shared/SafeFileWrite.h"
+
+#include <limits>
+
+namespace velora {
+
+namespace {
+
+const QByteArray Identification = QByteArrayLiteral("Orvix-Servo v/a/t commands file");
+const QByteArray LineEnd = QByteArrayLiteral("\r\n");
+
+}  // namespace
+
+ComFile::ComFile(LinkEngine& engine, ComTables& tables, QObject* parent)
+    : QObject(parent), engine_(engine), tables_(tables) {
+}
+
+ComFile::~ComFile() = default;
+
+QByteArray ComFile::content() const {
+    QByteArray text = Identification + LineEnd;
+    for (int k = 0; k < ComTables::CellCount; ++k) {
+        if (k != ComTables::NoCell)
+            text += QByteArray::number(tables_.value(k)) + LineEnd;
+    }
+    return text;
+}
+
+bool ComFile::write(const QString& path) {
+    if (path.isEmpty())
+        return false;
+    if (writeFileSafely(path, content()))
+        return true;
+    showError(1724, 1725);
+    return false;
+}
+
+ComFile::ReadResult ComFile::read(const QString& path) {
+    if (path.isEmpty())
+        return ReadResult::Ignored;
+    BoundedLineReader file;
+    const std::optional<QByteArray> first =
+        file.open(path) == BoundedLineReader::OpenResult::Ok ? file.next() : std::nullopt;
+    if (!first) {
+        showError(1724, 1725);
+        return ReadResult::Failed;
+    }
+    if (*first != Identification) {
+        showError(1736, 1737);
+        return ReadResult::Failed;
+    }
+    ComEdit edit(tables_);
+    for (int k = 0; k < ComTables::CellCount; ++k) {
+        if (k == ComTables::NoCell)
+            continue;
+        const std::optional<QByteArray> line = file.next();
+        const bool wide = ComTables::column(k) == ComTables::Column::Atc;
+        const std::optional<qint32> number =
+            !line  ? std::nullopt
+            : wide ? fileNumber(*line, std::numeric_limits<qint32>::min(),
+                                std::numeric_limits<qint32>::max())
+                   : fileNumber(*line, std::numeric_limits<qint16>::min(),
+                                std::numeric_limits<qint16>::max());
+        if (!number) {
+            // What was loaded before the broken line stays, with its marks.
+            showError(1724, 1725);
+            return ReadResult::Failed;
+        }
+        tables_.setValue(k, *number);
+        // The editor's own check clamps what the cell cannot hold, as if typed.
+        const FieldCheck check = edit.leave(k, QString::fromLatin1(*line));
+        tables_.ComChanged[static_cast<std::size_t>(k)] = true;
+        emit cellLoaded(k, check.shown.value_or(QString::fromLatin1(*line)), check.changed);
+    }
+    tables_.ComLoaded = true;
+    emit fileLoaded();
+    engine_.EnableControls(true);
+    return ReadResult::Loaded;
+}
+
+void ComFile::showError(int text, int caption) const {
+    const int lang = engine_.state().LanguageId;
+    engine_.showError(TextCatalogue::text(lang, text), TextCatalogue::text(lang, caption));
+}
+
+}  // namespace velora

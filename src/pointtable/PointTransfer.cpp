@@ -1,0 +1,168 @@
+#include "pointtable/PointTransfer.h"
+
+#include "app/TextCatalogue.h"
+#include "link/LinkEngine.h"
+#include "link/WireFormat.h"
+#include "shared/LinkState.h"
+#include "shared/PointTables.h"
+
+namespace velora {
+
+namespace {
+
+// Reply text: axis character, two-letter code, then the data.
+constexpr int DataStart = 3;
+// A point block: ModeWord (4 digits), Position (8), Velocity (1), AccConst (1), WaitTime (4),
+// each followed by a separator nobody reads.
+constexpr int BlockWidth = 23;
+constexpr int PositionOffset = 5;
+constexpr int VelocityOffset = 14;
+constexpr int AccConstOffset = 16;
+constexpr int WaitTimeOffset = 18;
+
+const QString PointCodes[] = {QStringLiteral("ta"), QStringLiteral("TR"), QStringLiteral("TW"),
+                              QStringLiteral("TT")};
+
+}  // namespace
+
+PointTransfer::PointTransfer(LinkEngine& engine, PointTables& tables, QObject* parent)
+    : QObject(parent), engine_(engine), link_(engine.state()), tables_(tables) {
+    ReplyDispatcher& dispatcher = engine_.dispatcher();
+    dispatcher.registerHandler(PointCodes[0],
+                               [this](const QString& text) { return OnPointTableAll(text); });
+    dispatcher.registerHandler(PointCodes[1],
+                               [this](const QString& text) { return OnPointRead(text); });
+    for (const QString& code : {PointCodes[2], PointCodes[3]})
+        dispatcher.registerHandler(code, [this](const QString&) { return OnPointWritten(); });
+}
+
+PointTransfer::~PointTransfer() {
+    for (const QString& code : PointCodes)
+        engine_.dispatcher().unregisterHandler(code);
+}
+
+QString PointTransfer::writeCode() const {
+    return link_.NonVolatileWrite[1] ? QStringLiteral("TW") : QStringLiteral("TT");
+}
+
+QString PointTransfer::BuildPointWriteCommand(int point) {
+    PointEntry& e = tables_.PointTable.at(static_cast<std::size_t>(point));
+    PackModeWord(e);
+    const QChar sep = QLatin1Char(';');
+    return engine_.axisPrefix() + writeCode() + hex32(point) + sep + hex16(e.ModeWord) + sep +
+           hex32(e.Position) + sep + hex32(e.Velocity) + sep + hex32(e.AccConst) + sep +
+           hex32(e.WaitTime);
+}
+
+bool PointTransfer::chainRunning(Chain chain) const {
+    // The link clears the shared flag when an error reply or a time-out ends the chain.
+    return link_.PointTransferActive && chain_ == chain;
+}
+
+void PointTransfer::start(Chain chain, const QString& command) {
+    chain_ = chain;
+    link_.PointTransferActive = true;
+    engine_.PostCommand(command);
+    engine_.ShowBusyDialog();
+}
+
+void PointTransfer::ReadAllPoints() {
+    tables_.PointTransferIndex = 0;
+    start(Chain::ReadAll, engine_.axisPrefix() + QStringLiteral("ta"));
+}
+
+bool PointTransfer::WriteChangedPoints() {
+    const std::optional<int> first = tables_.nextChanged(0);
+    if (!first)
+        return false;
+    tables_.PointTransferIndex = *first;
+    start(Chain::Write, BuildPointWriteCommand(*first));
+    return true;
+}
+
+void PointTransfer::storeBlock(int point, const QString& text, int start) {
+    PointEntry& e = tables_.PointTable.at(static_cast<std::size_t>(point));
+    e.ModeWord = static_cast<qint16>(HexToLong(text.mid(start, 4)));
+    UnpackModeWord(e);
+    e.Position = HexToLong(text.mid(start + PositionOffset, 8));
+    e.Velocity = static_cast<quint8>(HexToLong(text.mid(start + VelocityOffset, 1)));
+    e.AccConst = static_cast<quint8>(HexToLong(text.mid(start + AccConstOffset, 1)));
+    e.WaitTime = HexToLong32(text.mid(start + WaitTimeOffset, 4));
+}
+
+ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
+    // Taken whole whatever state the link is in; missing blocks read as points of zeros.
+    for (int p = 0; p < PointTables::Count; ++p) {
+        storeBlock(p, text, DataStart + BlockWidth * p);
+        tables_.PointChanged[static_cast<std::size_t>(p)] = false;
+    }
+    emit tableRefreshed();
+    engine_.pauseTimer1();
+    engine_.HideDialog();
+    tables_.PointTableValid = true;
+    link_.PointTransferActive = false;
+    chain_ = Chain::None;
+    emit transferFinished(Chain::ReadAll);
+    engine_.EnableControls(true);
+    engine_.sendPoll();
+    engine_.resumeTimer1();
+    return ReplyStatus::Handled;
+}
+
+ReplyStatus PointTransfer::OnPointRead(const QString& text) {
+    if (!link_.PointTransferActive) {
+        engine_.EnableControls(true);
+        return ReplyStatus::Handled;
+    }
+    const int p = tables_.PointTransferIndex;
+    if (p < 0 || p >= PointTables::Count || text.size() <= DataStart)
+        return ReplyStatus::Malformed;
+    chain_ = Chain::ReadEach;
+    storeBlock(p, text, DataStart);
+    emit pointRefreshed(p);
+    if (p < PointTables::Count - 1) {
+        tables_.PointTransferIndex = p + 1;
+        engine_.SendCommand(engine_.axisPrefix() + QStringLiteral("TR") + hex32(p + 1));
+        return ReplyStatus::Handled;
+    }
+    engine_.pauseTimer1();
+    const int lang = link_.LanguageId;
+    engine_.showNotice(TextCatalogue::text(lang, 1708), TextCatalogue::text(lang, 1706));
+    link_.PointTransferActive = false;
+    tables_.PointTableValid = true;
+    chain_ = Chain::None;
+    engine_.EnableControls(true);
+    emit transferFinished(Chain::ReadEach);
+    engine_.sendPoll();
+    engine_.resumeTimer1();
+    return ReplyStatus::Handled;
+}
+
+ReplyStatus PointTransfer::OnPointWritten() {
+    if (!chainRunning(Chain::Write)) {
+        // A single write of the console's, or a late reply after the chain was ended.
+        engine_.EnableControls(true);
+        return ReplyStatus::Handled;
+    }
+    const int p = tables_.PointTransferIndex;
+    if (p < 0 || p >= PointTables::Count)
+        return ReplyStatus::Malformed;
+    tables_.PointChanged[static_cast<std::size_t>(p)] = false;
+    emit pointWritten(p);
+    if (const std::optional<int> next = tables_.nextChanged(p + 1)) {
+        tables_.PointTransferIndex = *next;
+        engine_.SendCommand(BuildPointWriteCommand(*next));
+        return ReplyStatus::Handled;
+    }
+    engine_.HideDialog();
+    engine_.pauseTimer1();
+    engine_.EnableControls(true);
+    link_.PointTransferActive = false;
+    chain_ = Chain::None;
+    emit transferFinished(Chain::Write);
+    engine_.sendPoll();
+    engine_.resumeTimer1();
+    return ReplyStatus::Handled;
+}
+
+}  // namespace velora
