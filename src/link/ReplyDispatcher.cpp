@@ -91,7 +91,9 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
     if (s.BusyDialogShown)
         engine_.HideDialog();
     engine_.EnableControls(true);
-    engine_.sendPoll();
+    // A wave capture keeps the line to itself; its own end restarts the chain.
+    if (s.WaveState == 0)
+        engine_.sendPoll();
     engine_.resumeTimer1();
 }
 
