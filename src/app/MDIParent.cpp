@@ -39,7 +39,7 @@ constexpr std::array<QRect, 8> kPlacement{{
     {570, 0, 420, 440},     // NumMonitor: values and status side by side
     {1000, 0, 290, 210},    // IOStatus
     {1000, 220, 290, 220},  // AlarmMon
-    {570, 450, 720, 330},   // HMon
+    {290, 120, 760, 560},   // HMon: a scope wants room; fits a 1024x768 screen
 }};
 
 template <typename W>
@@ -58,7 +58,8 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       engine_(global.Link, ui_, setup_.ticks),
       params_(engine_, global.Params),
       monitor_(engine_),
-      alarms_(engine_, global.Alarms) {
+      alarms_(engine_, global.Alarms),
+      wave_(engine_, global) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
@@ -87,6 +88,12 @@ void MDIParent::connectReplyFamilies() {
                 systemBar_->setLamp(1, QColor(QRgb(alarm.fill)), QColor(QRgb(alarm.back)));
                 systemBar_->setServoOnColours(QColor(QRgb(svon.back)), QColor(QRgb(svon.fill)));
             });
+    // The monitor switch cannot change while a capture holds the line.
+    connect(&wave_, &WaveCapture::armed, numMonitor_,
+            [this] { numMonitor_->setMonitorSwitchEnabled(false); });
+    for (const auto ended : {&WaveCapture::recordReceived, &WaveCapture::cancelled}) {
+        connect(&wave_, ended, numMonitor_, [this] { numMonitor_->setMonitorSwitchEnabled(true); });
+    }
 }
 
 void MDIParent::buildWindows() {
@@ -108,7 +115,7 @@ void MDIParent::buildWindows() {
     numMonitor_ = new NumMonitorWindow(monitor_, global_.Link, mdiArea_);
     ioStatus_ = new IOStatusWindow(mdiArea_);
     alarmMon_ = new AlarmMonWindow(mdiArea_);
-    hMon_ = new HMonWindow(mdiArea_);
+    hMon_ = new HMonWindow(global_, engine_, wave_, mdiArea_);
     const QList<ChildWindow*> children = childWindows();
     for (int i = 0; i < children.size(); ++i) {
         QMdiSubWindow* frame = mdiArea_->addSubWindow(children[i]);
@@ -316,6 +323,7 @@ void MDIParent::saveAllSettings() {
 }
 
 void MDIParent::closeEvent(QCloseEvent* event) {
+    hMon_->programClosing();
     commSettings_->dismiss();
     if (!ended_) {
         ended_ = true;

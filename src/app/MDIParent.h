@@ -7,6 +7,7 @@
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamTransfer.h"
+#include "wave/WaveCapture.h"
 
 #include <QMainWindow>
 
@@ -64,6 +65,7 @@ public:
     [[nodiscard]] ParamTransfer& paramTransfer() { return params_; }
     [[nodiscard]] RealTimeMonitor& realTimeMonitor() { return monitor_; }
     [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
+    [[nodiscard]] WaveCapture& waveCapture() { return wave_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
@@ -92,6 +94,7 @@ private:
     ParamTransfer params_;
     RealTimeMonitor monitor_;
     AlarmMonitor alarms_;
+    WaveCapture wave_;
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;

@@ -2,28 +2,132 @@
 
 #include "app/ChildWindow.h"
 
+#include <QImage>
+
+#include <array>
+
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QToolButton;
+
 namespace velora {
 
-// The wave monitor window. Its trigger settings and traces arrive with the wave subsystem; for
-// now it keeps what the link tells it about a capture in progress.
+class LinkEngine;
+class MarkerStrip;
+class WaveCapture;
+class WaveTrace;
+struct Global;
+
+// The wave monitor: trigger settings, the three traces of the captured record beside the
+// previous one, the trigger and zero markers, the .csv files, and on top of that two time
+// cursors with their readout, a pointer readout and the traces as an image. The capture
+// itself is WaveCapture's; this window sets the shared settings and follows its signals.
 class HMonWindow : public ChildWindow {
     Q_OBJECT
 public:
-    explicit HMonWindow(QWidget* parent = nullptr);
+    HMonWindow(Global& global, LinkEngine& engine, WaveCapture& capture, QWidget* parent = nullptr);
 
     void LanguageSelect(int languageId) override;
+    void EnableControls(bool enable) override;
+    void DisableTransferButtons() override;
 
-    // The "reading" picture (PictYomitorichu) that covers the panel while a capture runs.
-    void setWaveReadingShown(bool shown) { readingShown_ = shown; }
-    [[nodiscard]] bool waveReadingShown() const { return readingShown_; }
-    // The panel of the trigger settings usable again.
-    void enableWavePanel() {}
+    // The "reading" picture (PictYomitorichu) shown while a capture runs.
+    void setWaveReadingShown(bool shown);
+    [[nodiscard]] bool waveReadingShown() const;
+    // The panel of the settings (PictEnable) usable again.
+    void enableWavePanel();
     // The progress line of a long record: the status text and its marks.
-    void showWaveProgress(const QString& /*label*/, const QString& /*marks*/) {}
-    void setWaveCancelEnabled(bool /*enable*/) {}
+    void showWaveProgress(const QString& label, const QString& marks);
+    void setWaveCancelEnabled(bool enable);
+    // From now on no setting change sends anything.
+    void programClosing() { closing_ = true; }
+
+    // Write File and Read File with the name already chosen; an empty name does nothing.
+    bool writeFile(const QString& path);
+    bool readFile(const QString& path);
+    // The three traces with their settings written above them.
+    [[nodiscard]] QImage composeImage();
+    // Sample indexes of the two time cursors (WaveTrace::NoCursor when not placed).
+    void setCursor(int cursor, int sample);
 
 private:
-    bool readingShown_ = false;
+    void buildControls();
+    QWidget* buildScope();
+    QWidget* buildPanel();
+    void connectControls();
+    void formLoad(int languageId);
+    void fillLists(int languageId);
+
+    void CmdRun_Click();
+    void CmdCancel_Click();
+    void CmdFile_Click(int index);
+    void CmdImage_Click(int index);
+    void triggerSettingChanged();
+    void trigPosEntered();
+    void zeroEntered(int channel);
+    void placeTrigger(int triggerPosition);
+    void placeZero(int channel, int level);
+    void redraw();
+    void updateReadout();
+    void onArmed(int statusText);
+    [[nodiscard]] QString readingAt(int sample) const;
+    [[nodiscard]] QString settingsLine() const;
+    [[nodiscard]] QString chooseFile(bool save, bool image);
+    void showFileError(int detailText, int line = 0);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    Global& global_;
+    LinkEngine& engine_;
+    WaveCapture& capture_;
+    bool loaded_ = false;
+    bool closing_ = false;
+    bool loading_ = false;
+    std::array<int, 2> cursors_{-1, -1};
+    int hover_ = -1;
+
+    std::array<WaveTrace*, 3> Picture1{};
+    MarkerStrip* LblCursor1 = nullptr;
+    std::array<MarkerStrip*, 2> LblCursor2{};
+    QLineEdit* TxtDummy1 = nullptr;
+    QLabel* LblCursorReadout = nullptr;
+    QLabel* LblHover = nullptr;
+
+    QWidget* PictEnable = nullptr;
+    QGroupBox* Frame1 = nullptr;
+    QGroupBox* Frame2 = nullptr;
+    QGroupBox* Frame3 = nullptr;
+    QGroupBox* Frame4 = nullptr;
+    std::array<QLabel*, 4> Label{};  // Label1-Label4
+    QLabel* Label5 = nullptr;
+    QLabel* Label8 = nullptr;
+    QLabel* Label9 = nullptr;
+    QLabel* Label10 = nullptr;
+    QLabel* Label11 = nullptr;
+    QLabel* Label12 = nullptr;
+    QComboBox* CmbTrig = nullptr;
+    QComboBox* CmbLgcSel = nullptr;
+    QComboBox* CmbEdge = nullptr;
+    QComboBox* CmbWave = nullptr;
+    QComboBox* CmbVelScale = nullptr;
+    QComboBox* CmbVelZero = nullptr;
+    QComboBox* CmbTqScale = nullptr;
+    QComboBox* CmbTqZero = nullptr;
+    QComboBox* CmbTimeScale = nullptr;
+    QComboBox* CmbTrigPos = nullptr;
+    QToolButton* ImgEdge = nullptr;
+    QToolButton* ImgWave = nullptr;
+    std::array<QPushButton*, 2> CmdFile{};
+    std::array<QPushButton*, 2> CmdImage{};
+    QPushButton* CmdRun = nullptr;
+    QPushButton* CmdCancel = nullptr;
+    QFrame* PictYomitorichu = nullptr;
+    QLabel* LblJap = nullptr;
+    QLabel* LblEng = nullptr;
+    QLabel* LblT = nullptr;
 };
 
 }  // namespace velora
