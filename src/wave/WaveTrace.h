@@ -2,6 +2,7 @@
 
 #include "shared/WaveStore.h"
 
+#include <QPixmap>
 #include <QPolygonF>
 #include <QWidget>
 
@@ -74,6 +75,8 @@ private:
     int triggerPosition_ = 128;
     std::array<int, 2> cursors_{NoCursor, NoCursor};
     int hover_ = NoCursor;
+    QPixmap grid_;
+    QString gridKey_;
 };
 
 }  // namespace velora
