@@ -91,9 +91,6 @@ void MDIParent::connectReplyFamilies() {
     // The monitor switch cannot change while a capture holds the line.
     connect(&wave_, &WaveCapture::armed, numMonitor_,
             [this] { numMonitor_->setMonitorSwitchEnabled(false); });
-    for (const auto ended : {&WaveCapture::recordReceived, &WaveCapture::cancelled}) {
-        connect(&wave_, ended, numMonitor_, [this] { numMonitor_->setMonitorSwitchEnabled(true); });
-    }
 }
 
 void MDIParent::buildWindows() {

@@ -415,6 +415,7 @@ void HMonWindow::LanguageSelect(int languageId) {
     ImgEdge->setAccessibleName(text(1322));
     ImgWave->setToolTip(text(1323));
     ImgWave->setAccessibleName(text(1323));
+    LblHover->clear();  // its next text comes in the new language
     updateReadout();
 }
 
@@ -436,6 +437,8 @@ void HMonWindow::setWaveReadingShown(bool shown) {
         LblJap->clear();
         LblT->clear();
         CmdCancel->setEnabled(false);
+        // A capture no longer shown, however it ended, cannot keep the settings locked.
+        PictEnable->setEnabled(true);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace velora {
 
@@ -94,7 +95,8 @@ QPolygonF WaveTrace::tracePoints(int slot) const {
 
 int WaveTrace::sampleAt(double x) const {
     const double units = x * WaveStore::SampleCount / std::max(1, width());
-    return std::clamp(static_cast<int>(units), 0, WaveStore::SampleCount - 1);
+    // The nearest sample: sample i is drawn at x = i.
+    return std::clamp(static_cast<int>(std::lround(units)), 0, WaveStore::SampleCount - 1);
 }
 
 void WaveTrace::paintEvent(QPaintEvent*) {
