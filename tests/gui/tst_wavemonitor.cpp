@@ -1,4 +1,5 @@
 #include "wave/HMonWindow.h"
+#include "wave/MarkerStrip.h"
 #include "wave/WaveScale.h"
 #include "wave/WaveTrace.h"
 
@@ -154,6 +155,26 @@ private slots:
         QCOMPARE(received.last(), u"0ma"_s);
 
         saveShots(rig, window);
+
+        // The markers by mouse and keys: dropped at the far left the trigger stops at 20 %,
+        // and each step is sent to the drive as new trigger settings.
+        auto* strip = control<MarkerStrip>(rig, u"LblCursor1"_s);
+        const QPoint marker = control(rig, u"LblTrgView"_s)->geometry().center();
+        QTest::mousePress(strip, Qt::LeftButton, {}, marker);
+        QTest::mouseMove(strip, QPoint(0, marker.y()));
+        QTest::mouseRelease(strip, Qt::LeftButton, {}, QPoint(0, marker.y()));
+        QCOMPARE(store.TriggerPosition, 51);
+        QCOMPARE(control<QComboBox>(rig, u"CmbTrigPos"_s)->currentText(), u"20"_s);
+        QTest::mouseClick(strip, Qt::LeftButton, {}, QPoint(strip->width() - 2, marker.y()));
+        QCOMPARE(store.TriggerPosition, 59);
+        QTest::keyClick(control(rig, u"TxtDummy1"_s), Qt::Key_Left);
+        QTest::keyClick(control(rig, u"TxtDummy1"_s), Qt::Key_Left);
+        QCOMPARE(store.TriggerPosition, 51);
+        QCOMPARE(rig.link().QueuedCommand, u"0wt000033"_s);
+        QTest::keyClick(control(rig, u"Picture1(1)"_s), Qt::Key_Up);
+        QCOMPARE(store.ZeroLevel[1], 55);
+        QCOMPARE(control<QComboBox>(rig, u"CmbTqZero"_s)->currentText(), u"55"_s);
+
     }
 
 private:
