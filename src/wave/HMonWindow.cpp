@@ -7,6 +7,7 @@
 #include "wave/WaveCapture.h"
 #include "wave/WaveFile.h"
 #include "wave/WaveIcons.h"
+#include "wave/WavePanel.h"
 #include "wave/WaveReadout.h"
 #include "wave/WaveScale.h"
 #include "wave/WaveTrace.h"
@@ -40,21 +41,6 @@ QString indexed(const char* name, int i) {
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(i);
 }
 
-QComboBox* combo(QWidget* parent, const QString& name, bool editable = false) {
-    auto* box = named(new QComboBox(parent), name);
-    box->setEditable(editable);
-    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    return box;
-}
-
-template <std::size_t N>
-QStringList numbers(const std::array<int, N>& list) {
-    QStringList texts;
-    for (const int v : list)
-        texts << QString::number(v);
-    return texts;
-}
-
 // Sets a list's index without the effects of a user's choice.
 void setQuietly(QComboBox* box, int index) {
     const QSignalBlocker block(box);
@@ -77,7 +63,8 @@ void HMonWindow::buildControls() {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 6, 6, 6);
     row->addWidget(buildScope(), 1);
-    row->addWidget(buildPanel());
+    panel_ = new WavePanel(this);
+    row->addWidget(panel_);
 }
 
 QWidget* HMonWindow::buildScope() {
@@ -119,122 +106,6 @@ QWidget* HMonWindow::buildScope() {
     return scope;
 }
 
-QWidget* HMonWindow::buildPanel() {
-    PictEnable = named(new QWidget(this), QStringLiteral("PictEnable"));
-    auto* column = new QVBoxLayout(PictEnable);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(4);
-    const auto labelled = [](QGridLayout* grid, int r, QLabel* label, QWidget* box,
-                             QWidget* extra = nullptr) {
-        label->setBuddy(box);
-        grid->addWidget(label, r, 0);
-        grid->addWidget(box, r, 1);
-        if (extra)
-            grid->addWidget(extra, r, 2);
-    };
-    const auto frame = [this, column](const QString& name) {
-        auto* box = named(new QGroupBox(PictEnable), name);
-        column->addWidget(box);
-        auto* grid = new QGridLayout(box);
-        grid->setContentsMargins(6, 4, 6, 4);
-        grid->setVerticalSpacing(3);
-        return std::pair{box, grid};
-    };
-    for (int i = 0; i < 4; ++i)
-        Label[static_cast<std::size_t>(i)] =
-            named(new QLabel(PictEnable), QStringLiteral("Label%1").arg(i + 1));
-
-    auto [trigger, tGrid] = frame(QStringLiteral("Frame1"));
-    Frame1 = trigger;
-    CmbTrig = combo(Frame1, QStringLiteral("CmbTrig"));
-    CmbLgcSel = combo(Frame1, QStringLiteral("CmbLgcSel"));
-    CmbEdge = combo(Frame1, QStringLiteral("CmbEdge"));
-    ImgEdge = named(new QToolButton(Frame1), QStringLiteral("ImgEdge"));
-    ImgEdge->setIconSize(QSize(24, 24));
-    labelled(tGrid, 0, Label[0], CmbTrig);
-    labelled(tGrid, 1, Label[1], CmbLgcSel);
-    labelled(tGrid, 2, Label[2], CmbEdge, ImgEdge);
-
-    auto [horizontal, hGrid] = frame(QStringLiteral("Frame3"));
-    Frame3 = horizontal;
-    CmbTimeScale = combo(Frame3, QStringLiteral("CmbTimeScale"));
-    CmbTimeScale->addItems(numbers(wave::TimeScaleMs));
-    CmbTrigPos = combo(Frame3, QStringLiteral("CmbTrigPos"), true);
-    CmbTrigPos->addItems({QStringLiteral("20"), QStringLiteral("50"), QStringLiteral("80")});
-    Label11 = named(new QLabel(Frame3), QStringLiteral("Label11"));
-    Label12 = named(new QLabel(Frame3), QStringLiteral("Label12"));
-    labelled(hGrid, 0, Label11, CmbTimeScale);
-    labelled(hGrid, 1, Label12, CmbTrigPos);
-
-    const QStringList zeroList{QStringLiteral("20"), QStringLiteral("50"), QStringLiteral("80")};
-    auto [velocity, vGrid] = frame(QStringLiteral("Frame2"));
-    Frame2 = velocity;
-    CmbVelScale = combo(Frame2, QStringLiteral("CmbVelScale"));
-    CmbVelScale->addItems(numbers(wave::VelScaleRpm));
-    CmbVelZero = combo(Frame2, QStringLiteral("CmbVelZero"), true);
-    CmbVelZero->addItems(zeroList);
-    Label5 = named(new QLabel(Frame2), QStringLiteral("Label5"));
-    Label8 = named(new QLabel(Frame2), QStringLiteral("Label8"));
-    labelled(vGrid, 0, Label5, CmbVelScale);
-    labelled(vGrid, 1, Label8, CmbVelZero);
-
-    auto [torque, qGrid] = frame(QStringLiteral("Frame4"));
-    Frame4 = torque;
-    CmbTqScale = combo(Frame4, QStringLiteral("CmbTqScale"));
-    CmbTqScale->addItems(numbers(wave::TqScalePercent));
-    CmbTqZero = combo(Frame4, QStringLiteral("CmbTqZero"), true);
-    CmbTqZero->addItems(zeroList);
-    Label9 = named(new QLabel(Frame4), QStringLiteral("Label9"));
-    Label10 = named(new QLabel(Frame4), QStringLiteral("Label10"));
-    labelled(qGrid, 0, Label9, CmbTqScale);
-    labelled(qGrid, 1, Label10, CmbTqZero);
-
-    auto* display = new QGridLayout;
-    column->addLayout(display);
-    CmbWave = combo(PictEnable, QStringLiteral("CmbWave"));
-    ImgWave = named(new QToolButton(PictEnable), QStringLiteral("ImgWave"));
-    ImgWave->setIconSize(QSize(24, 24));
-    labelled(display, 0, Label[3], CmbWave, ImgWave);
-
-    auto* buttons = new QGridLayout;
-    column->addLayout(buttons);
-    for (int i = 0; i < 2; ++i) {
-        const auto k = static_cast<std::size_t>(i);
-        CmdFile[k] = named(new QPushButton(PictEnable), indexed("CmdFile", i));
-        CmdImage[k] = named(new QPushButton(PictEnable), indexed("CmdImage", i));
-        buttons->addWidget(CmdFile[k], 0, i);
-        buttons->addWidget(CmdImage[k], 1, i);
-    }
-    CmdRun = named(new QPushButton(PictEnable), QStringLiteral("CmdRun"));
-    CmdRun->setDefault(true);
-    buttons->addWidget(CmdRun, 2, 0, 1, 2);
-    column->addStretch(1);
-
-    auto* side = new QWidget(this);
-    auto* sideColumn = new QVBoxLayout(side);
-    sideColumn->setContentsMargins(0, 0, 0, 0);
-    sideColumn->addWidget(PictEnable, 1);
-    PictYomitorichu = named(new QFrame(side), QStringLiteral("PictYomitorichu"));
-    PictYomitorichu->setFrameShape(QFrame::StyledPanel);
-    PictYomitorichu->setAutoFillBackground(true);
-    QPalette busy = PictYomitorichu->palette();
-    busy.setColor(QPalette::Window, QColor(255, 244, 200));
-    busy.setColor(QPalette::WindowText, Qt::black);
-    PictYomitorichu->setPalette(busy);
-    auto* status = new QVBoxLayout(PictYomitorichu);
-    status->setContentsMargins(6, 4, 6, 4);
-    LblJap = named(new QLabel(PictYomitorichu), QStringLiteral("LblJap"));
-    LblEng = named(new QLabel(PictYomitorichu), QStringLiteral("LblEng"));
-    LblT = named(new QLabel(PictYomitorichu), QStringLiteral("LblT"));
-    for (QLabel* label : {LblJap, LblEng, LblT})
-        status->addWidget(label);
-    LblEng->hide();  // kept for the second language line, empty in this program
-    sideColumn->addWidget(PictYomitorichu);
-    CmdCancel = named(new QPushButton(side), QStringLiteral("CmdCancel"));
-    sideColumn->addWidget(CmdCancel);
-    return side;
-}
-
 void HMonWindow::connectControls() {
     const auto onIndex = [this](QComboBox* box, auto&& effect) {
         connect(box, &QComboBox::currentIndexChanged, this, [this, effect](int index) {
@@ -243,49 +114,52 @@ void HMonWindow::connectControls() {
         });
     };
     WaveMonSettings& w = global_.WaveMon;
-    onIndex(CmbTrig, [this, &w](int i) {
+    onIndex(panel_->CmbTrig, [this, &w](int i) {
         w.Trig = i;
         triggerSettingChanged();
     });
-    onIndex(CmbLgcSel, [this, &w](int i) {
+    onIndex(panel_->CmbLgcSel, [this, &w](int i) {
         w.LgcSel = i;
         triggerSettingChanged();
     });
-    onIndex(CmbTimeScale, [this, &w](int i) {
+    onIndex(panel_->CmbTimeScale, [this, &w](int i) {
         w.TimeScale = i;
         updateReadout();
         triggerSettingChanged();
     });
-    onIndex(CmbEdge, [this, &w](int i) {
+    onIndex(panel_->CmbEdge, [this, &w](int i) {
         w.Edge = i;
-        ImgEdge->setIcon(waveicons::edge(i));
+        panel_->ImgEdge->setIcon(waveicons::edge(i));
         triggerSettingChanged();
     });
-    onIndex(CmbWave, [this, &w](int i) {
+    onIndex(panel_->CmbWave, [this, &w](int i) {
         w.Wave = i;
-        ImgWave->setIcon(waveicons::waveMode(i));
+        panel_->ImgWave->setIcon(waveicons::waveMode(i));
         redraw();
     });
-    onIndex(CmbVelScale, [this, &w](int i) {
+    onIndex(panel_->CmbVelScale, [this, &w](int i) {
         w.VelScale = i;
         redraw();
     });
-    onIndex(CmbTqScale, [this, &w](int i) {
+    onIndex(panel_->CmbTqScale, [this, &w](int i) {
         w.TqScale = i;
         redraw();
     });
-    connect(ImgEdge, &QToolButton::clicked, this,
-            [this] { CmbEdge->setCurrentIndex((CmbEdge->currentIndex() + 1) % wave::EdgeCount); });
-    connect(ImgWave, &QToolButton::clicked, this, [this] {
-        CmbWave->setCurrentIndex((CmbWave->currentIndex() + 1) % wave::WaveModeCount);
+    connect(panel_->ImgEdge, &QToolButton::clicked, this, [this] {
+        panel_->CmbEdge->setCurrentIndex((panel_->CmbEdge->currentIndex() + 1) % wave::EdgeCount);
+    });
+    connect(panel_->ImgWave, &QToolButton::clicked, this, [this] {
+        panel_->CmbWave->setCurrentIndex((panel_->CmbWave->currentIndex() + 1) %
+                                         wave::WaveModeCount);
     });
 
     // The percent boxes: a list entry at once, a typed one when the box is left or on Enter.
-    connect(CmbTrigPos, &QComboBox::activated, this, [this](int i) {
-        placeTrigger(wave::triggerPositionFromPercent(CmbTrigPos->itemText(i).toInt()));
+    connect(panel_->CmbTrigPos, &QComboBox::activated, this, [this](int i) {
+        placeTrigger(wave::triggerPositionFromPercent(panel_->CmbTrigPos->itemText(i).toInt()));
     });
-    connect(CmbTrigPos->lineEdit(), &QLineEdit::editingFinished, this, &HMonWindow::trigPosEntered);
-    const std::array<QComboBox*, 2> zeroBoxes{CmbVelZero, CmbTqZero};
+    connect(panel_->CmbTrigPos->lineEdit(), &QLineEdit::editingFinished, this,
+            &HMonWindow::trigPosEntered);
+    const std::array<QComboBox*, 2> zeroBoxes{panel_->CmbVelZero, panel_->CmbTqZero};
     for (int c = 0; c < 2; ++c) {
         QComboBox* box = zeroBoxes[static_cast<std::size_t>(c)];
         connect(box, &QComboBox::activated, this,
@@ -325,13 +199,13 @@ void HMonWindow::connectControls() {
     }
 
     for (int i = 0; i < 2; ++i) {
-        connect(CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+        connect(panel_->CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
                 [this, i] { CmdFile_Click(i); });
-        connect(CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+        connect(panel_->CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
                 [this, i] { CmdImage_Click(i); });
     }
-    connect(CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
-    connect(CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
+    connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
+    connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
     connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(1338); });
     connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(1339); });
     connect(&capture_, &WaveCapture::recordReceived, this, &HMonWindow::redraw);
@@ -344,12 +218,12 @@ void HMonWindow::formLoad(int languageId) {
     WaveStore& store = global_.Wave;
     store.TriggerPosition = w.TrgPosition;
     store.ZeroLevel = {wave::limitZeroLevel(w.Zero0), wave::limitZeroLevel(w.Zero1)};
-    fillLists(languageId);
-    setQuietly(CmbVelScale, w.VelScale);
-    setQuietly(CmbTqScale, w.TqScale);
-    setQuietly(CmbTimeScale, w.TimeScale);
-    ImgEdge->setIcon(waveicons::edge(CmbEdge->currentIndex()));
-    ImgWave->setIcon(waveicons::waveMode(CmbWave->currentIndex()));
+    panel_->fillLists(languageId, global_.WaveMon);
+    setQuietly(panel_->CmbVelScale, w.VelScale);
+    setQuietly(panel_->CmbTqScale, w.TqScale);
+    setQuietly(panel_->CmbTimeScale, w.TimeScale);
+    panel_->ImgEdge->setIcon(waveicons::edge(panel_->CmbEdge->currentIndex()));
+    panel_->ImgWave->setIcon(waveicons::waveMode(panel_->CmbWave->currentIndex()));
     placeTrigger(store.TriggerPosition);
     placeZero(0, store.ZeroLevel[0]);
     placeZero(1, store.ZeroLevel[1]);
@@ -358,47 +232,14 @@ void HMonWindow::formLoad(int languageId) {
     redraw();
 }
 
-void HMonWindow::fillLists(int languageId) {
-    // Refilled in each language, keeping the choices.
-    const WaveMonSettings& w = global_.WaveMon;
-    const auto fill = [languageId](QComboBox* box, int first, int count, int index) {
-        const QSignalBlocker block(box);
-        box->clear();
-        for (int i = 0; i < count; ++i)
-            box->addItem(TextCatalogue::text(languageId, first + i));
-        box->setCurrentIndex(index);
-    };
-    fill(CmbTrig, 1324, wave::SourceCount, w.Trig);
-    fill(CmbLgcSel, 1328, wave::LogicCount, w.LgcSel);
-    fill(CmbEdge, 1331, wave::EdgeCount, w.Edge);
-    fill(CmbWave, 1335, wave::WaveModeCount, w.Wave);
-}
-
 void HMonWindow::LanguageSelect(int languageId) {
     if (!loaded_)
         formLoad(languageId);
     else
-        fillLists(languageId);
+        panel_->fillLists(languageId, global_.WaveMon);
     const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
     setWindowTitle(text(1054));
-    for (int i = 0; i < 4; ++i)
-        Label[static_cast<std::size_t>(i)]->setText(text(1300 + i));
-    Frame1->setTitle(text(1337));
-    Frame2->setTitle(text(1304));
-    Frame3->setTitle(text(1305));
-    Frame4->setTitle(text(1306));
-    Label5->setText(text(1307));
-    Label8->setText(text(1308));
-    Label9->setText(text(1309));
-    Label10->setText(text(1310));
-    Label11->setText(text(1311));
-    Label12->setText(text(1312));
-    CmdFile[0]->setText(text(1313));
-    CmdFile[1]->setText(text(1314));
-    CmdCancel->setText(text(1315));
-    CmdRun->setText(text(1880));
-    CmdImage[0]->setText(text(1881));
-    CmdImage[1]->setText(text(1882));
+    panel_->LanguageSelect(languageId);
     const std::array<int, 3> pictureTips{1316, 1317, 1318};
     for (std::size_t i = 0; i < Picture1.size(); ++i) {
         Picture1[i]->setToolTip(text(pictureTips[i]) + QLatin1Char('\n') + text(1888));
@@ -411,61 +252,57 @@ void HMonWindow::LanguageSelect(int languageId) {
         LblCursor2[static_cast<std::size_t>(c)]->setToolTip(text(1320 + c));
         LblCursor2[static_cast<std::size_t>(c)]->setAccessibleName(text(1320 + c));
     }
-    ImgEdge->setToolTip(text(1322));
-    ImgEdge->setAccessibleName(text(1322));
-    ImgWave->setToolTip(text(1323));
-    ImgWave->setAccessibleName(text(1323));
     LblHover->clear();  // its next text comes in the new language
     updateReadout();
 }
 
 void HMonWindow::EnableControls(bool enable) {
     ChildWindow::EnableControls(enable);
-    CmdRun->setEnabled(enable);
-    for (QPushButton* button : CmdFile)
+    panel_->CmdRun->setEnabled(enable);
+    for (QPushButton* button : panel_->CmdFile)
         button->setEnabled(enable);
 }
 
 void HMonWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
-    CmdRun->setEnabled(false);
+    panel_->CmdRun->setEnabled(false);
 }
 
 void HMonWindow::setWaveReadingShown(bool shown) {
-    PictYomitorichu->setVisible(shown);
+    panel_->PictYomitorichu->setVisible(shown);
     if (!shown) {
-        LblJap->clear();
-        LblT->clear();
-        CmdCancel->setEnabled(false);
+        panel_->LblJap->clear();
+        panel_->LblT->clear();
+        panel_->CmdCancel->setEnabled(false);
         // A capture no longer shown, however it ended, cannot keep the settings locked.
-        PictEnable->setEnabled(true);
+        panel_->PictEnable->setEnabled(true);
     }
 }
 
 bool HMonWindow::waveReadingShown() const {
-    return !PictYomitorichu->isHidden();
+    return !panel_->PictYomitorichu->isHidden();
 }
 
 void HMonWindow::enableWavePanel() {
-    PictEnable->setEnabled(true);
+    panel_->PictEnable->setEnabled(true);
 }
 
 void HMonWindow::showWaveProgress(const QString& label, const QString& marks) {
-    LblJap->setText(label);
-    LblT->setText(marks);
+    panel_->LblJap->setText(label);
+    panel_->LblT->setText(marks);
 }
 
 void HMonWindow::setWaveCancelEnabled(bool enable) {
-    CmdCancel->setEnabled(enable && waveReadingShown());
+    panel_->CmdCancel->setEnabled(enable && waveReadingShown());
 }
 
 void HMonWindow::onArmed(int statusText) {
-    LblJap->setText(TextCatalogue::text(global_.Link.LanguageId, statusText));
-    LblT->clear();
-    LblEng->clear();
-    PictEnable->setEnabled(false);
-    CmdCancel->setEnabled(true);
-    CmdCancel->setFocus(Qt::OtherFocusReason);
+    panel_->LblJap->setText(TextCatalogue::text(global_.Link.LanguageId, statusText));
+    panel_->LblT->clear();
+    panel_->LblEng->clear();
+    panel_->PictEnable->setEnabled(false);
+    panel_->CmdCancel->setEnabled(true);
+    panel_->CmdCancel->setFocus(Qt::OtherFocusReason);
 }
 
 void HMonWindow::CmdRun_Click() {
@@ -482,12 +319,12 @@ void HMonWindow::triggerSettingChanged() {
 }
 
 void HMonWindow::trigPosEntered() {
-    placeTrigger(
-        wave::triggerPositionFromText(CmbTrigPos->currentText(), global_.Wave.TriggerPosition));
+    placeTrigger(wave::triggerPositionFromText(panel_->CmbTrigPos->currentText(),
+                                               global_.Wave.TriggerPosition));
 }
 
 void HMonWindow::zeroEntered(int channel) {
-    QComboBox* box = channel == 0 ? CmbVelZero : CmbTqZero;
+    QComboBox* box = channel == 0 ? panel_->CmbVelZero : panel_->CmbTqZero;
     const int current = global_.Wave.ZeroLevel[static_cast<std::size_t>(channel)];
     placeZero(channel, wave::zeroLevelFromText(box->currentText(), current));
 }
@@ -496,7 +333,8 @@ void HMonWindow::placeTrigger(int triggerPosition) {
     global_.Wave.TriggerPosition = triggerPosition;
     global_.WaveMon.TrgPosition = triggerPosition;
     LblCursor1->setFraction(triggerPosition / 256.0);
-    CmbTrigPos->setEditText(QString::number(wave::percentFromTriggerPosition(triggerPosition)));
+    panel_->CmbTrigPos->setEditText(
+        QString::number(wave::percentFromTriggerPosition(triggerPosition)));
     for (WaveTrace* picture : Picture1)
         picture->setTriggerPosition(triggerPosition);
     triggerSettingChanged();
@@ -507,7 +345,7 @@ void HMonWindow::placeZero(int channel, int level) {
     global_.Wave.ZeroLevel[c] = level;
     (channel == 0 ? global_.WaveMon.Zero0 : global_.WaveMon.Zero1) = level;
     LblCursor2[c]->setFraction((100 - level) / 100.0);
-    (channel == 0 ? CmbVelZero : CmbTqZero)->setEditText(QString::number(level));
+    (channel == 0 ? panel_->CmbVelZero : panel_->CmbTqZero)->setEditText(QString::number(level));
     redraw();
 }
 
@@ -555,7 +393,8 @@ bool HMonWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 QString HMonWindow::chooseFile(bool save, bool image) {
-    QFileDialog dialog(this, image ? CmdImage[1]->text() : CmdFile[save ? 1 : 0]->text());
+    QFileDialog dialog(this,
+                       image ? panel_->CmdImage[1]->text() : panel_->CmdFile[save ? 1 : 0]->text());
     dialog.setObjectName(QStringLiteral("CommonDialog1"));
     dialog.setNameFilters(
         image ? QStringList{QStringLiteral("PNG(*.png)")}
@@ -582,15 +421,15 @@ bool HMonWindow::writeFile(const QString& path) {
     if (path.isEmpty())
         return false;
     WaveFile::Settings s;
-    s.Trig = CmbTrig->currentIndex();
-    s.LgcSel = CmbLgcSel->currentIndex();
-    s.Edge = CmbEdge->currentIndex();
-    s.Wave = CmbWave->currentIndex();
-    s.VelScale = CmbVelScale->currentIndex();
+    s.Trig = panel_->CmbTrig->currentIndex();
+    s.LgcSel = panel_->CmbLgcSel->currentIndex();
+    s.Edge = panel_->CmbEdge->currentIndex();
+    s.Wave = panel_->CmbWave->currentIndex();
+    s.VelScale = panel_->CmbVelScale->currentIndex();
     s.VelZero = global_.Wave.ZeroLevel[0];
-    s.TqScale = CmbTqScale->currentIndex();
+    s.TqScale = panel_->CmbTqScale->currentIndex();
     s.TqZero = global_.Wave.ZeroLevel[1];
-    s.TimeScale = CmbTimeScale->currentIndex();
+    s.TimeScale = panel_->CmbTimeScale->currentIndex();
     s.TrigPosPercent = wave::percentFromTriggerPosition(global_.Wave.TriggerPosition);
     if (WaveFile::write(path, s, global_.Wave) == WaveFile::Status::Ok)
         return true;
@@ -618,12 +457,12 @@ bool HMonWindow::readFile(const QString& path) {
     }
     // Each choice as if the user had made it, with its effects.
     const WaveFile::Settings& s = read.settings;
-    CmbTrig->setCurrentIndex(s.Trig);
-    CmbLgcSel->setCurrentIndex(s.LgcSel);
-    CmbEdge->setCurrentIndex(s.Edge);
-    CmbVelScale->setCurrentIndex(s.VelScale);
-    CmbTqScale->setCurrentIndex(s.TqScale);
-    CmbTimeScale->setCurrentIndex(s.TimeScale);
+    panel_->CmbTrig->setCurrentIndex(s.Trig);
+    panel_->CmbLgcSel->setCurrentIndex(s.LgcSel);
+    panel_->CmbEdge->setCurrentIndex(s.Edge);
+    panel_->CmbVelScale->setCurrentIndex(s.VelScale);
+    panel_->CmbTqScale->setCurrentIndex(s.TqScale);
+    panel_->CmbTimeScale->setCurrentIndex(s.TimeScale);
     global_.Wave.WaveSamples[1] = read.now;
     global_.Wave.WaveLogic[1] = read.nowLogic;
     placeTrigger(wave::triggerPositionFromPercent(s.TrigPosPercent));
@@ -652,23 +491,6 @@ void HMonWindow::CmdImage_Click(int index) {
         showFileError(1890);
 }
 
-QString HMonWindow::settingsLine() const {
-    const int lang = global_.Link.LanguageId;
-    const auto text = [lang](int id) { return TextCatalogue::text(lang, id); };
-    const WaveStore& store = global_.Wave;
-    return QStringLiteral(
-               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10   %11 %12 %13, %14 %15   "
-               "%16: %17 %18, %19 %20")
-        .arg(text(1304), text(1307), CmbVelScale->currentText(), text(1308))
-        .arg(store.ZeroLevel[0])
-        .arg(text(1306), text(1309), CmbTqScale->currentText(), text(1310))
-        .arg(store.ZeroLevel[1])
-        .arg(text(1305), text(1311), CmbTimeScale->currentText(), text(1312))
-        .arg(wave::percentFromTriggerPosition(store.TriggerPosition))
-        .arg(text(1891), CmbTrig->currentText(), CmbEdge->currentText(), text(1301),
-             CmbLgcSel->currentText());
-}
-
 QImage HMonWindow::composeImage() {
     // Drawn again at the pictures' present size, so the image shows what the user sees.
     const int width = Picture1[0]->width();
@@ -683,7 +505,8 @@ QImage HMonWindow::composeImage() {
     p.setPen(Qt::white);
     p.setFont(font());
     const QRect textBox(4, 2, width - 8, header - 4);
-    p.drawText(textBox, Qt::TextWordWrap, settingsLine());
+    p.drawText(textBox, Qt::TextWordWrap,
+               panel_->settingsLine(global_.Link.LanguageId, global_.Wave));
     int y = header;
     for (WaveTrace* picture : Picture1) {
         p.drawPixmap(0, y, picture->grab());

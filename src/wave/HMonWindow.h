@@ -19,6 +19,7 @@ namespace velora {
 class LinkEngine;
 class MarkerStrip;
 class WaveCapture;
+class WavePanel;
 class WaveTrace;
 struct Global;
 
@@ -57,10 +58,8 @@ public:
 private:
     void buildControls();
     QWidget* buildScope();
-    QWidget* buildPanel();
     void connectControls();
     void formLoad(int languageId);
-    void fillLists(int languageId);
 
     void CmdRun_Click();
     void CmdCancel_Click();
@@ -75,7 +74,6 @@ private:
     void updateReadout();
     void onArmed(int statusText);
     [[nodiscard]] QString readingAt(int sample) const;
-    [[nodiscard]] QString settingsLine() const;
     [[nodiscard]] QString chooseFile(bool save, bool image);
     void showFileError(int detailText, int line = 0);
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -96,38 +94,7 @@ private:
     QLabel* LblCursorReadout = nullptr;
     QLabel* LblHover = nullptr;
 
-    QWidget* PictEnable = nullptr;
-    QGroupBox* Frame1 = nullptr;
-    QGroupBox* Frame2 = nullptr;
-    QGroupBox* Frame3 = nullptr;
-    QGroupBox* Frame4 = nullptr;
-    std::array<QLabel*, 4> Label{};  // Label1-Label4
-    QLabel* Label5 = nullptr;
-    QLabel* Label8 = nullptr;
-    QLabel* Label9 = nullptr;
-    QLabel* Label10 = nullptr;
-    QLabel* Label11 = nullptr;
-    QLabel* Label12 = nullptr;
-    QComboBox* CmbTrig = nullptr;
-    QComboBox* CmbLgcSel = nullptr;
-    QComboBox* CmbEdge = nullptr;
-    QComboBox* CmbWave = nullptr;
-    QComboBox* CmbVelScale = nullptr;
-    QComboBox* CmbVelZero = nullptr;
-    QComboBox* CmbTqScale = nullptr;
-    QComboBox* CmbTqZero = nullptr;
-    QComboBox* CmbTimeScale = nullptr;
-    QComboBox* CmbTrigPos = nullptr;
-    QToolButton* ImgEdge = nullptr;
-    QToolButton* ImgWave = nullptr;
-    std::array<QPushButton*, 2> CmdFile{};
-    std::array<QPushButton*, 2> CmdImage{};
-    QPushButton* CmdRun = nullptr;
-    QPushButton* CmdCancel = nullptr;
-    QFrame* PictYomitorichu = nullptr;
-    QLabel* LblJap = nullptr;
-    QLabel* LblEng = nullptr;
-    QLabel* LblT = nullptr;
+    WavePanel* panel_ = nullptr;
 };
 
 }  // namespace velora
