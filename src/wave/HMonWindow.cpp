@@ -8,38 +8,24 @@
 #include "wave/WaveFile.h"
 #include "wave/WaveIcons.h"
 #include "wave/WavePanel.h"
-#include "wave/WaveReadout.h"
 #include "wave/WaveScale.h"
+#include "wave/WaveScope.h"
 #include "wave/WaveTrace.h"
 
 #include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QGridLayout>
-#include <QGroupBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 namespace velora {
 
 namespace {
-
-template <typename W>
-W* named(W* widget, const QString& name) {
-    widget->setObjectName(name);
-    return widget;
-}
-
-QString indexed(const char* name, int i) {
-    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(i);
-}
 
 // Sets a list's index without the effects of a user's choice.
 void setQuietly(QComboBox* box, int index) {
@@ -62,48 +48,11 @@ HMonWindow::HMonWindow(Global& global, LinkEngine& engine, WaveCapture& capture,
 void HMonWindow::buildControls() {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 6, 6, 6);
-    row->addWidget(buildScope(), 1);
+    scope_ = new WaveScope(global_, this);
+    scope_->TxtDummy1->installEventFilter(this);
+    row->addWidget(scope_, 1);
     panel_ = new WavePanel(this);
     row->addWidget(panel_);
-}
-
-QWidget* HMonWindow::buildScope() {
-    auto* scope = new QWidget(this);
-    auto* grid = new QGridLayout(scope);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(2);
-    LblCursor1 = new MarkerStrip(Qt::Horizontal, QStringLiteral("LblCursor1"),
-                                 QStringLiteral("LblTrgView"), scope);
-    grid->addWidget(LblCursor1, 0, 0);
-    for (int i = 0; i < 3; ++i) {
-        Picture1[static_cast<std::size_t>(i)] = new WaveTrace(global_.Wave, i, scope);
-        grid->addWidget(Picture1[static_cast<std::size_t>(i)], i + 1, 0);
-    }
-    for (int c = 0; c < 2; ++c) {
-        LblCursor2[static_cast<std::size_t>(c)] =
-            new MarkerStrip(Qt::Vertical, indexed("LblCursor2", c), indexed("LblZero", c), scope);
-        grid->addWidget(LblCursor2[static_cast<std::size_t>(c)], c + 1, 1);
-    }
-    // The logic picture is a third of an analogue one high, as on the drive's own display.
-    grid->setRowStretch(1, 3);
-    grid->setRowStretch(2, 3);
-    grid->setRowStretch(3, 1);
-    LblCursorReadout = named(new QLabel(scope), QStringLiteral("LblCursorReadout"));
-    LblCursorReadout->setTextFormat(Qt::RichText);
-    // Room for both cursors and their difference, so the traces do not jump as they are placed.
-    LblCursorReadout->setMinimumHeight(3 * (fontMetrics().lineSpacing() + 4));
-    LblCursorReadout->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    LblHover = named(new QLabel(scope), QStringLiteral("LblHover"));
-    grid->addWidget(LblCursorReadout, 4, 0, 1, 2);
-    grid->addWidget(LblHover, 5, 0, 1, 2);
-    // Takes the keyboard for the trigger marker; it is never seen.
-    TxtDummy1 = named(new QLineEdit(scope), QStringLiteral("TxtDummy1"));
-    TxtDummy1->setReadOnly(true);
-    TxtDummy1->setFixedSize(1, 1);
-    TxtDummy1->setFrame(false);
-    TxtDummy1->installEventFilter(this);
-    grid->addWidget(TxtDummy1, 0, 1);
-    return scope;
 }
 
 void HMonWindow::connectControls() {
@@ -124,7 +73,7 @@ void HMonWindow::connectControls() {
     });
     onIndex(panel_->CmbTimeScale, [this, &w](int i) {
         w.TimeScale = i;
-        updateReadout();
+        scope_->updateReadout();
         triggerSettingChanged();
     });
     onIndex(panel_->CmbEdge, [this, &w](int i) {
@@ -135,15 +84,15 @@ void HMonWindow::connectControls() {
     onIndex(panel_->CmbWave, [this, &w](int i) {
         w.Wave = i;
         panel_->ImgWave->setIcon(waveicons::waveMode(i));
-        redraw();
+        scope_->redraw();
     });
     onIndex(panel_->CmbVelScale, [this, &w](int i) {
         w.VelScale = i;
-        redraw();
+        scope_->redraw();
     });
     onIndex(panel_->CmbTqScale, [this, &w](int i) {
         w.TqScale = i;
-        redraw();
+        scope_->redraw();
     });
     connect(panel_->ImgEdge, &QToolButton::clicked, this, [this] {
         panel_->CmbEdge->setCurrentIndex((panel_->CmbEdge->currentIndex() + 1) % wave::EdgeCount);
@@ -167,12 +116,12 @@ void HMonWindow::connectControls() {
         connect(box->lineEdit(), &QLineEdit::editingFinished, this, [this, c] { zeroEntered(c); });
     }
 
-    connect(LblCursor1, &MarkerStrip::released, this,
+    connect(scope_->LblCursor1, &MarkerStrip::released, this,
             [this](double f) { placeTrigger(wave::triggerPositionFromFraction(f)); });
-    connect(LblCursor1, &MarkerStrip::stepRequested, this, [this](int direction) {
+    connect(scope_->LblCursor1, &MarkerStrip::stepRequested, this, [this](int direction) {
         placeTrigger(wave::limitTriggerPosition(global_.Wave.TriggerPosition +
                                                 direction * wave::TriggerStep));
-        TxtDummy1->setFocus(Qt::MouseFocusReason);
+        scope_->TxtDummy1->setFocus(Qt::MouseFocusReason);
     });
     for (int c = 0; c < 2; ++c) {
         const auto k = static_cast<std::size_t>(c);
@@ -180,22 +129,10 @@ void HMonWindow::connectControls() {
             const int level = global_.Wave.ZeroLevel[static_cast<std::size_t>(c)];
             placeZero(c, wave::limitZeroLevel(level + direction * wave::ZeroStep));
         };
-        connect(LblCursor2[k], &MarkerStrip::released, this,
+        connect(scope_->LblCursor2[k], &MarkerStrip::released, this,
                 [this, c](double f) { placeZero(c, wave::zeroLevelFromFraction(f)); });
-        connect(LblCursor2[k], &MarkerStrip::stepRequested, this, step);
-        connect(Picture1[k], &WaveTrace::zeroStep, this, step);
-        connect(Picture1[k], &WaveTrace::focusChanged, LblCursor2[k], &MarkerStrip::setOpaque);
-    }
-    for (WaveTrace* picture : Picture1) {
-        connect(picture, &WaveTrace::cursorPlaced, this, &HMonWindow::setCursor);
-        connect(picture, &WaveTrace::hovered, this, [this](int sample) {
-            hover_ = sample;
-            for (WaveTrace* p : Picture1)
-                p->setHover(sample);
-            LblHover->setText(sample < 0 ? QString()
-                                         : TextCatalogue::text(global_.Link.LanguageId, 1886) +
-                                               QStringLiteral(":  ") + readingAt(sample));
-        });
+        connect(scope_->LblCursor2[k], &MarkerStrip::stepRequested, this, step);
+        connect(scope_->Picture1[k], &WaveTrace::zeroStep, this, step);
     }
 
     for (int i = 0; i < 2; ++i) {
@@ -208,7 +145,7 @@ void HMonWindow::connectControls() {
     connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
     connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(1338); });
     connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(1339); });
-    connect(&capture_, &WaveCapture::recordReceived, this, &HMonWindow::redraw);
+    connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
 }
 
 void HMonWindow::formLoad(int languageId) {
@@ -229,7 +166,7 @@ void HMonWindow::formLoad(int languageId) {
     placeZero(1, store.ZeroLevel[1]);
     loading_ = false;
     loaded_ = true;
-    redraw();
+    scope_->redraw();
 }
 
 void HMonWindow::LanguageSelect(int languageId) {
@@ -240,20 +177,7 @@ void HMonWindow::LanguageSelect(int languageId) {
     const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
     setWindowTitle(text(1054));
     panel_->LanguageSelect(languageId);
-    const std::array<int, 3> pictureTips{1316, 1317, 1318};
-    for (std::size_t i = 0; i < Picture1.size(); ++i) {
-        Picture1[i]->setToolTip(text(pictureTips[i]) + QLatin1Char('\n') + text(1888));
-        Picture1[i]->setAccessibleName(text(pictureTips[i]));
-    }
-    LblCursor1->setToolTip(text(1319));
-    LblCursor1->setAccessibleName(text(1319));
-    TxtDummy1->setAccessibleName(text(1319));
-    for (int c = 0; c < 2; ++c) {
-        LblCursor2[static_cast<std::size_t>(c)]->setToolTip(text(1320 + c));
-        LblCursor2[static_cast<std::size_t>(c)]->setAccessibleName(text(1320 + c));
-    }
-    LblHover->clear();  // its next text comes in the new language
-    updateReadout();
+    scope_->LanguageSelect(languageId);
 }
 
 void HMonWindow::EnableControls(bool enable) {
@@ -332,11 +256,9 @@ void HMonWindow::zeroEntered(int channel) {
 void HMonWindow::placeTrigger(int triggerPosition) {
     global_.Wave.TriggerPosition = triggerPosition;
     global_.WaveMon.TrgPosition = triggerPosition;
-    LblCursor1->setFraction(triggerPosition / 256.0);
+    scope_->showTrigger(triggerPosition);
     panel_->CmbTrigPos->setEditText(
         QString::number(wave::percentFromTriggerPosition(triggerPosition)));
-    for (WaveTrace* picture : Picture1)
-        picture->setTriggerPosition(triggerPosition);
     triggerSettingChanged();
 }
 
@@ -344,42 +266,24 @@ void HMonWindow::placeZero(int channel, int level) {
     const auto c = static_cast<std::size_t>(channel);
     global_.Wave.ZeroLevel[c] = level;
     (channel == 0 ? global_.WaveMon.Zero0 : global_.WaveMon.Zero1) = level;
-    LblCursor2[c]->setFraction((100 - level) / 100.0);
+    scope_->showZero(channel, level);
     (channel == 0 ? panel_->CmbVelZero : panel_->CmbTqZero)->setEditText(QString::number(level));
-    redraw();
-}
-
-void HMonWindow::redraw() {
-    const WaveStore& store = global_.Wave;
-    const WaveMonSettings& w = global_.WaveMon;
-    Picture1[0]->setScale(wave::fullScale(0, w.VelScale), store.ZeroLevel[0]);
-    Picture1[1]->setScale(wave::fullScale(1, w.TqScale), store.ZeroLevel[1]);
-    for (WaveTrace* picture : Picture1)
-        picture->setShowPrevious(w.Wave == 0);
-    updateReadout();
+    scope_->redraw();
 }
 
 void HMonWindow::setCursor(int cursor, int sample) {
-    cursors_[static_cast<std::size_t>(cursor)] = sample;
-    for (WaveTrace* picture : Picture1)
-        picture->setCursors(cursors_);
-    updateReadout();
+    scope_->setCursor(cursor, sample);
 }
 
-void HMonWindow::updateReadout() {
-    LblCursorReadout->setText(wave::cursorTable(global_.Wave, cursors_, global_.WaveMon.TimeScale,
-                                                global_.Link.LanguageId));
-}
-
-QString HMonWindow::readingAt(int sample) const {
-    return wave::formatReading(wave::readingAt(global_.Wave, sample, global_.WaveMon.TimeScale));
+QImage HMonWindow::composeImage() {
+    return scope_->composeImage(panel_->settingsLine(global_.Link.LanguageId, global_.Wave));
 }
 
 bool HMonWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != TxtDummy1)
+    if (watched != scope_->TxtDummy1)
         return ChildWindow::eventFilter(watched, event);
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-        LblCursor1->setOpaque(event->type() == QEvent::FocusIn);
+        scope_->LblCursor1->setOpaque(event->type() == QEvent::FocusIn);
     } else if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Left || key == Qt::Key_Right) {
@@ -489,30 +393,6 @@ void HMonWindow::CmdImage_Click(int index) {
     const QString path = chooseFile(true, true);
     if (!path.isEmpty() && !image.save(path, "PNG"))
         showFileError(1890);
-}
-
-QImage HMonWindow::composeImage() {
-    // Drawn again at the pictures' present size, so the image shows what the user sees.
-    const int width = Picture1[0]->width();
-    const QFontMetrics metrics(font());
-    const int header = metrics.lineSpacing() * 2 + 8;
-    int height = header;
-    for (const WaveTrace* picture : Picture1)
-        height += picture->height() + 2;
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(QColor(12, 16, 20));
-    QPainter p(&image);
-    p.setPen(Qt::white);
-    p.setFont(font());
-    const QRect textBox(4, 2, width - 8, header - 4);
-    p.drawText(textBox, Qt::TextWordWrap,
-               panel_->settingsLine(global_.Link.LanguageId, global_.Wave));
-    int y = header;
-    for (WaveTrace* picture : Picture1) {
-        p.drawPixmap(0, y, picture->grab());
-        y += picture->height() + 2;
-    }
-    return image;
 }
 
 }  // namespace velora

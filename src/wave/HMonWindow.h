@@ -4,23 +4,12 @@
 
 #include <QImage>
 
-#include <array>
-
-class QComboBox;
-class QFrame;
-class QGroupBox;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QToolButton;
-
 namespace velora {
 
 class LinkEngine;
-class MarkerStrip;
 class WaveCapture;
 class WavePanel;
-class WaveTrace;
+class WaveScope;
 struct Global;
 
 // The wave monitor: trigger settings, the three traces of the captured record beside the
@@ -57,7 +46,6 @@ public:
 
 private:
     void buildControls();
-    QWidget* buildScope();
     void connectControls();
     void formLoad(int languageId);
 
@@ -70,10 +58,7 @@ private:
     void zeroEntered(int channel);
     void placeTrigger(int triggerPosition);
     void placeZero(int channel, int level);
-    void redraw();
-    void updateReadout();
     void onArmed(int statusText);
-    [[nodiscard]] QString readingAt(int sample) const;
     [[nodiscard]] QString chooseFile(bool save, bool image);
     void showFileError(int detailText, int line = 0);
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -84,16 +69,8 @@ private:
     bool loaded_ = false;
     bool closing_ = false;
     bool loading_ = false;
-    std::array<int, 2> cursors_{-1, -1};
-    int hover_ = -1;
 
-    std::array<WaveTrace*, 3> Picture1{};
-    MarkerStrip* LblCursor1 = nullptr;
-    std::array<MarkerStrip*, 2> LblCursor2{};
-    QLineEdit* TxtDummy1 = nullptr;
-    QLabel* LblCursorReadout = nullptr;
-    QLabel* LblHover = nullptr;
-
+    WaveScope* scope_ = nullptr;
     WavePanel* panel_ = nullptr;
 };
 
