@@ -74,8 +74,14 @@ private slots:
         QCOMPARE(wave::sampleMs(2), 4.0);
     }
 
+    void captureProtocol_data() {
+        QTest::addColumn<BackEnd>("backEnd");
+        QTest::newRow("RS-232C") << BackEnd::Rs232;
+        QTest::newRow("USB-RS232C") << BackEnd::UsbSerial;
+    }
     void captureProtocol() {
-        test::LinkRig rig;
+        QFETCH(BackEnd, backEnd);
+        test::LinkRig rig(backEnd);
         Global global;
         global.WaveMon.TimeScale = 2;
         WaveCapture capture(rig.engine, global);
@@ -96,8 +102,14 @@ private slots:
         QVERIFY(rig.sent().isEmpty());
         QCOMPARE(rig.state.WaveState, 1);
 
+        rig.port->transmitEnable = true;
+        const int spoolClears = rig.port->spoolClears;
         rig.port->reply(u"1wr"_s);
         QCOMPARE(rig.state.WaveState, 2);
+        // The USB adapter meets the long record with an empty spool and the line released.
+        const bool usb = backEnd == BackEnd::UsbSerial;
+        QCOMPARE(rig.port->spoolClears > spoolClears, usb);
+        QCOMPARE(rig.port->transmitEnable, !usb);
         rig.port->reply(record());
         QCOMPARE(rig.state.WaveState, 0);
         QVERIFY(!rig.ui.readingShown);
