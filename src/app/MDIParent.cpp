@@ -39,7 +39,7 @@ constexpr std::array<QRect, 8> kPlacement{{
     {570, 0, 420, 440},     // NumMonitor: values and status side by side
     {1000, 0, 290, 210},    // IOStatus
     {1000, 220, 290, 220},  // AlarmMon
-    {290, 120, 760, 560},   // HMon: a scope wants room; fits a 1024x768 screen
+    {250, 120, 760, 560},   // HMon: a scope wants room; fits a 1024x768 screen
 }};
 
 template <typename W>
