@@ -71,6 +71,9 @@ void AppLinkUi::showRealTimeMonitorOff() {
 void AppLinkUi::setWaveReadingShown(bool shown) {
     if (windows_.waveMonitor)
         windows_.waveMonitor->setWaveReadingShown(shown);
+    // However a capture ends, the monitor switch its start locked is usable again.
+    if (!shown && windows_.numMonitor)
+        windows_.numMonitor->setMonitorSwitchEnabled(true);
 }
 
 bool AppLinkUi::waveReadingShown() const {

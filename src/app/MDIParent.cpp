@@ -44,7 +44,7 @@ constexpr std::array<QRect, 8> kPlacement{{
     {570, 0, 420, 440},     // NumMonitor: values and status side by side
     {1000, 0, 290, 310},    // IOStatus
     {1000, 320, 300, 345},  // AlarmMon
-    {570, 450, 720, 330},   // HMon
+    {250, 120, 760, 560},   // HMon: a scope wants room; fits a 1024x768 screen
 }};
 
 // The size the frame is laid out for; smaller screens get the available area instead.
@@ -81,7 +81,8 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       points_(engine_, global.Points),
       commands_(engine_, global.Com),
       monitor_(engine_),
-      alarms_(engine_, global.Alarms) {
+      alarms_(engine_, global.Alarms),
+      wave_(engine_, global) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
@@ -154,6 +155,9 @@ void MDIParent::connectReplyFamilies() {
     connect(&monitor_, &RealTimeMonitor::ShowIoState, ioStatus_, &IOStatusWindow::ShowIoState);
     connect(&params_, &ParamTransfer::transferFinished, ioStatus_,
             &IOStatusWindow::UpdateInputNames);
+    // The monitor switch cannot change while a capture holds the line.
+    connect(&wave_, &WaveCapture::armed, numMonitor_,
+            [this] { numMonitor_->setMonitorSwitchEnabled(false); });
 }
 
 void MDIParent::buildWindows() {
@@ -180,7 +184,7 @@ void MDIParent::buildWindows() {
     numMonitor_ = new NumMonitorWindow(monitor_, global_.Link, mdiArea_);
     ioStatus_ = new IOStatusWindow(global_.Params, mdiArea_);
     alarmMon_ = new AlarmMonWindow(alarms_, mdiArea_);
-    hMon_ = new HMonWindow(mdiArea_);
+    hMon_ = new HMonWindow(global_, engine_, wave_, mdiArea_);
     const QList<ChildWindow*> children = childWindows();
     for (int i = 0; i < children.size(); ++i) {
         children[i]->followLink(global_.Link);
@@ -398,6 +402,7 @@ void MDIParent::saveAllSettings() {
 }
 
 void MDIParent::closeEvent(QCloseEvent* event) {
+    hMon_->programClosing();
     commSettings_->dismiss();
     if (!ended_) {
         ended_ = true;

@@ -10,6 +10,7 @@
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamTransfer.h"
 #include "pointtable/PointTransfer.h"
+#include "wave/WaveCapture.h"
 
 #include <QMainWindow>
 
@@ -69,6 +70,7 @@ public:
     [[nodiscard]] ComTransfer& comTransfer() { return commands_; }
     [[nodiscard]] RealTimeMonitor& realTimeMonitor() { return monitor_; }
     [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
+    [[nodiscard]] WaveCapture& waveCapture() { return wave_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
@@ -106,6 +108,7 @@ private:
     ComTransfer commands_;
     RealTimeMonitor monitor_;
     AlarmMonitor alarms_;
+    WaveCapture wave_;
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;

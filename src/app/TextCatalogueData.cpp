@@ -360,6 +360,24 @@ const std::pair<int, const char16_t*> kTexts[] = {
     // English: point table and command table status lines.
     {1860, u"Points marked for writing: "},
     {1861, u"Cells marked for writing: "},
+    // English: wave monitor, scope additions.
+    {1880, u"Run"},
+    {1881, u"Copy image"},
+    {1882, u"Save image as PNG"},
+    {1883, u"Cursor 1"},
+    {1884, u"Cursor 2"},
+    {1885, u"Difference"},
+    {1886, u"Pointer"},
+    {1887, u"Time"},
+    {1888, u"Left click places cursor 1, right click cursor 2."},
+    {1889,
+     u"Line %1 of the file cannot be read. The waves shown are unchanged; choose a wave data file "
+     u"written by Velora."},
+    {1890,
+     u"The file cannot be opened or written. Check the file name, the folder and the free space, "
+     u"then try again."},
+    {1891, u"Trigger on"},
+    {1892, u"Record"},
     // English: Options dialog.
     {1900, u"non-Volatile Memory Write"},
     {1901, u"Parameter"},
@@ -726,6 +744,25 @@ const std::pair<int, const char16_t*> kTexts[] = {
     // Japanese: point table and command table status lines.
     {2860, u"書き込み待ちのポイント: "},
     {2861, u"書き込み待ちのセル: "},
+    // Japanese: wave monitor, scope additions.
+    {2880, u"実行"},
+    {2881, u"画像をコピー"},
+    {2882, u"PNG画像として保存"},
+    {2883, u"カーソル1"},
+    {2884, u"カーソル2"},
+    {2885, u"差分"},
+    {2886, u"ポインタ"},
+    {2887, u"時間"},
+    {2888, u"左クリックでカーソル1、右クリックでカーソル2を置きます。"},
+    {2889,
+     u"ファイルの%"
+     u"1行目を読み込めません。表示中の波形は変更されていません。Veloraで保存した波形データファイル"
+     u"を選んでください。"},
+    {2890,
+     u"ファイルを開けないか、書き込めません。ファイル名、フォルダ、空き容量を確認してから、もう一度"
+     u"実行してください。"},
+    {2891, u"トリガ"},
+    {2892, u"記録"},
     // Japanese: Options dialog.
     {2900, u"不揮発性メモリ書込み"},
     {2901, u"パラメータ"},

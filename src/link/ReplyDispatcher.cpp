@@ -103,7 +103,8 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
     if (s.BusyDialogShown)
         engine_.HideDialog();
     engine_.EnableControls(true);
-    if (!refusedAgain)
+    // A wave capture keeps the line to itself; its own end restarts the chain.
+    if (!refusedAgain && s.WaveState == 0)
         engine_.sendPoll();
     engine_.resumeTimer1();
 }

@@ -6,6 +6,7 @@
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
 #include "shared/PointTables.h"
+#include "shared/WaveStore.h"
 
 namespace velora {
 
@@ -25,6 +26,7 @@ struct Global {
     ComTables Com;                     // CmdVelocity, CmdAtc, CmdTorque, ComChanged, ComLoaded
     // The point table and command table windows stand docked side by side.
     bool TablesJoined = false;
+    WaveStore Wave;  // WaveSamples, WaveLogic, TriggerPosition, ZeroLevel
 };
 
 }  // namespace velora

@@ -56,7 +56,7 @@ private slots:
         // Defaults: English, port 1, axis 0, 9600 baud, RS-232C, online, and the first poll.
         QCOMPARE(rig.window->windowTitle(), en(1020));
         QCOMPARE(rig.find<ChildWindow>(u"PrmTbl"_s)->windowTitle(), en(1058));
-        QCOMPARE(rig.find<QLabel>(u"Label1"_s)->text(), en(1600));
+        QCOMPARE(rig.find<QLabel>(u"Label1"_s, rig.find(u"SystemBar"_s))->text(), en(1600));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"0"_s);
         QCOMPARE(rig.port()->backEnd(), BackEnd::Rs232);
         QCOMPARE(rig.port()->opens.value(0).second, 9600);

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <array>
+
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QPushButton;
+class QToolButton;
+
+namespace velora {
+
+struct WaveMonSettings;
+struct WaveStore;
+
+// The controls of the wave monitor beside its traces: the settings container (PictEnable) with
+// the trigger, time, channel and display choices, the file, image and Run buttons, and under it
+// the capture status (PictYomitorichu with LblJap, LblEng, LblT) and Cancel. It only lays them
+// out and labels them; HMonWindow gives them their behaviour, as a form gives its window.
+class WavePanel : public QWidget {
+    Q_OBJECT
+public:
+    explicit WavePanel(QWidget* parent = nullptr);
+    Q_DISABLE_COPY_MOVE(WavePanel)
+
+    void LanguageSelect(int languageId);
+    // The lists whose entries are catalogue texts, in the language given, keeping the choices
+    // of the settings; nothing is signalled.
+    void fillLists(int languageId, const WaveMonSettings& settings);
+    // The display and trigger settings in one line, for the image of the traces.
+    [[nodiscard]] QString settingsLine(int languageId, const WaveStore& store) const;
+
+    QWidget* PictEnable = nullptr;
+    QGroupBox* Frame1 = nullptr;
+    QGroupBox* Frame2 = nullptr;
+    QGroupBox* Frame3 = nullptr;
+    QGroupBox* Frame4 = nullptr;
+    std::array<QLabel*, 4> Label{};  // Label1-Label4
+    QLabel* Label5 = nullptr;
+    QLabel* Label8 = nullptr;
+    QLabel* Label9 = nullptr;
+    QLabel* Label10 = nullptr;
+    QLabel* Label11 = nullptr;
+    QLabel* Label12 = nullptr;
+    QComboBox* CmbTrig = nullptr;
+    QComboBox* CmbLgcSel = nullptr;
+    QComboBox* CmbEdge = nullptr;
+    QComboBox* CmbWave = nullptr;
+    QComboBox* CmbVelScale = nullptr;
+    QComboBox* CmbVelZero = nullptr;
+    QComboBox* CmbTqScale = nullptr;
+    QComboBox* CmbTqZero = nullptr;
+    QComboBox* CmbTimeScale = nullptr;
+    QComboBox* CmbTrigPos = nullptr;
+    QToolButton* ImgEdge = nullptr;
+    QToolButton* ImgWave = nullptr;
+    std::array<QPushButton*, 2> CmdFile{};
+    std::array<QPushButton*, 2> CmdImage{};
+    QPushButton* CmdRun = nullptr;
+    QPushButton* CmdCancel = nullptr;
+    QFrame* PictYomitorichu = nullptr;
+    QLabel* LblJap = nullptr;
+    QLabel* LblEng = nullptr;
+    QLabel* LblT = nullptr;
+};
+
+}  // namespace velora
