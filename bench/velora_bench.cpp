@@ -2,14 +2,19 @@
 // Run by hand: build/bench/velora-bench. Prints a table for the README's Performance section.
 
 #include "LoopbackTransport.h"
+#include "ScanVersusSearch.h"
+#include "app/MessageBoxes.h"
+#include "link/FrameTrace.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyDispatcher.h"
+#include "link/TraceWindow.h"
 #include "monitor/RealTimeMonitor.h"
 #include "shared/Global.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QSysInfo>
@@ -17,6 +22,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
 #include <ctime>
 #include <memory>
 
@@ -90,9 +96,23 @@ struct PacedLink {
     QString lastReply;
 };
 
+double threadCpuSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + now.tv_nsec / 1e9;
+}
+
 // Monitor exchanges per second with each reply sending the next poll, as the monitor chain does.
-void monitorThroughput(int baudIndex) {
+// With a trace window, it records every frame and shows them, as the user sees it.
+void monitorThroughput(int baudIndex, bool traceWindow = false) {
     PacedLink link(baudIndex);
+    MessageBoxes boxes;
+    std::unique_ptr<TraceWindow> window;
+    if (traceWindow) {
+        window = std::make_unique<TraceWindow>(link.engine, boxes);
+        window->show();
+        window->findChild<QCheckBox*>(QStringLiteral("ChkRecord"))->setChecked(true);
+    }
     int exchanges = 0;
     LinkState& state = link.global.Link;
     state.DriverVersion = 110;  // identified: the chain goes straight on with the next poll
@@ -105,17 +125,23 @@ void monitorThroughput(int baudIndex) {
     const int before = exchanges;
     QElapsedTimer timer;
     timer.start();
+    const double cpuStart = threadCpuSeconds();
     QTest::qWait(3000);
     const double seconds = timer.nsecsElapsed() / 1e9;
     const int counted = exchanges - before;
+    // This thread runs the link, the simulator and the windows alike; what recording and
+    // showing the trace add shows up here even on a busy machine.
+    const double cpuPerExchange = (threadCpuSeconds() - cpuStart) / std::max(counted, 1);
     state.RealTimeMonitor = false;  // the chain ends with the next reply
     QTest::qWait(200);
     const int characters = framed(QStringLiteral("0ma")) + framed(link.lastReply);
     const double limit = kBauds[baudIndex] / (kBitsPerCharacter * characters);
     const double rate = counted / seconds;
     printf(
-        "| monitor exchanges/s at %6d baud (%d chars each) | >= 0.97 | %.1f of %.1f/s = %.3f |\n",
-        kBauds[baudIndex], characters, rate, limit, rate / limit);
+        "| monitor exchanges/s at %6d baud (%d chars each)%s | >= 0.97 | %.1f of %.1f/s = %.3f "
+        "(%.0f us CPU each) |\n",
+        kBauds[baudIndex], characters, traceWindow ? ", trace window recording" : "", rate, limit,
+        rate / limit, cpuPerExchange * 1e6);
 }
 
 // One read-all against its line limit.
@@ -165,18 +191,16 @@ void waveRecord(int baudIndex) {
            kBauds[baudIndex], recordLength + 2, seconds, limit, limit / seconds);
 }
 
-double threadCpuSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + now.tv_nsec / 1e9;
-}
-
 // The engine's own work per monitor exchange: assembling the reply, dispatching it, decoding
 // the monitor values, building and writing the next poll.
-void engineCost() {
+// With traced, every frame is also recorded in a frame trace.
+double engineCost(bool traced) {
     Global global;
     test::FakeLinkUi ui;
     LinkEngine engine(global.Link, ui, LinkEngine::Ticks::Manual);
+    FrameTrace trace;
+    if (traced)
+        engine.setFrameTrace(&trace);
     auto owned = std::make_unique<bench::LoopbackTransport>(global.Link);
     auto* port = owned.get();
     engine.setTransport(std::move(owned));
@@ -194,26 +218,53 @@ void engineCost() {
     for (int i = 0; i < kExchanges; ++i)
         port->receive(reply);
     const double perExchange = (threadCpuSeconds() - start) / kExchanges;
-    printf("| engine CPU time per `ma` exchange (unpaced) | < 20 us | %.2f us |\n",
-           perExchange * 1e6);
+    printf("| engine CPU time per `ma` exchange (unpaced)%s | < 20 us | %.2f us |\n",
+           traced ? ", frame trace recording" : "", perExchange * 1e6);
+    return perExchange;
+}
+
+// What recording costs per exchange (one command and one reply): the difference of the two.
+void traceCost() {
+    const double off = engineCost(false);
+    const double on = engineCost(true);
+    printf("| frame trace recording per exchange (on minus off) | < 1 us | %.0f ns |\n",
+           (on - off) * 1e9);
 }
 
 }  // namespace
 
+// Arguments choose parts: "engine" (CPU cost and trace cost), "trace" (the monitor chain at
+// 115200 baud without and with the trace window recording), "line" (all throughput against the
+// paced simulator), "scan" (velora-cli scan against the port search); none runs all.
 int main(int argc, char* argv[]) {
-    QCoreApplication app(argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const QStringList parts = QCoreApplication::arguments().mid(1);
+    const auto wanted = [&parts](const char* part) {
+        return parts.isEmpty() || parts.contains(QLatin1String(part));
+    };
     printf("Velora link benchmark, %s, %s, %d cores\n\n",
            qPrintable(QDateTime::currentDateTime().toString(Qt::ISODate)),
            qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount());
     printf("| measure | target | result |\n|---|---|---|\n");
-    engineCost();
-    for (int i = 0; i < 5; ++i)
-        monitorThroughput(i);
-    for (const char* code : {"pa", "ta", "ca"}) {
-        for (int i = 0; i < 5; ++i)
-            readAll(i, QLatin1String(code));
+    if (wanted("engine"))
+        traceCost();
+    if (wanted("line") || wanted("trace")) {
+        monitorThroughput(4);
+        monitorThroughput(4, true);
     }
-    for (int i = 0; i < 5; ++i)
-        waveRecord(i);
+    if (wanted("line")) {
+        for (int i = 0; i < 4; ++i)
+            monitorThroughput(i);
+        for (const char* code : {"pa", "ta", "ca"}) {
+            for (int i = 0; i < 5; ++i)
+                readAll(i, QLatin1String(code));
+        }
+        for (int i = 0; i < 5; ++i)
+            waveRecord(i);
+    }
+    if (wanted("scan"))
+        bench::scanVersusSearch();
     return 0;
 }

@@ -19,7 +19,7 @@ namespace velora {
 
 namespace {
 // Often enough to look live, rarely enough that a fast monitor chain is not slowed.
-constexpr int RefreshMs = 200;
+constexpr int RefreshMs = 500;
 
 template <typename W>
 W* named(W* widget, const QString& name) {
