@@ -80,6 +80,12 @@ bool CliSession::reopenAt(int baud) {
 }
 
 ExitCode CliSession::identify() {
+    if (global_.Link.AxisNumber == wire::AllAxes) {
+        fail(
+            ExitCode::Usage,
+            QStringLiteral("Axis 15 addresses every drive and none answers; give one axis, 0-14."));
+        return ExitCode::Usage;
+    }
     const QMetaObject::Connection c =
         connect(&params_, &ParamTransfer::identified, this, [this] { finish(); });
     engine_.SendCommand(engine_.axisPrefix() + QStringLiteral("PR77"));
