@@ -46,6 +46,12 @@ CliSession::CliSession(const LinkChoice& choice, QObject* parent)
     engine_.setDeviceOverride(choice.port);
     ui_.setFailureHandler([this](ExitCode code, const QString& line) { fail(code, line); });
     ui_.setNoticeHandler([](const QString& line) { out(line); });
+    receiving_.setInterval(100);
+    connect(&receiving_, &QTimer::timeout, this, [this] {
+        progress(QStringLiteral("%1: %2 characters")
+                     .arg(receivingLabel_)
+                     .arg(global_.Link.ReceiveBuffer.size()));
+    });
 }
 
 CliSession::~CliSession() {
@@ -175,7 +181,16 @@ void CliSession::progress(const QString& text) {
     progressShown_ = true;
 }
 
+void CliSession::showReceiving(const QString& label) {
+    if (!stderrIsTerminal_)
+        return;
+    receivingLabel_ = label;
+    progress(label + QStringLiteral("..."));
+    receiving_.start();
+}
+
 void CliSession::endProgress() {
+    receiving_.stop();
     if (!progressShown_)
         return;
     std::fprintf(stderr, "\r\033[K");

@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -71,6 +72,8 @@ public:
     static void out(const QString& line);
     // A progress line on stderr, redrawn in place; only when stderr is a terminal.
     void progress(const QString& text);
+    // A progress line that counts the characters of a long reply as they arrive.
+    void showReceiving(const QString& label);
     void endProgress();
 
 private:
@@ -82,6 +85,8 @@ private:
     QByteArray traceText_;
     QString tracePath_;
     QString fileInUse_;
+    QTimer receiving_;
+    QString receivingLabel_;
     QEventLoop* loop_ = nullptr;
     ExitCode result_ = ExitCode::Ok;
     bool done_ = false;

@@ -40,7 +40,7 @@ Merge mergeFile(CliSession& session, ParamFile& file, const QString& path) {
         QObject::connect(&file, &ParamFile::fileReadAbandoned, &session, [&] {
             session.fail(ExitCode::LinkFailure, TextCatalogue::text(0, 1704));
         })};
-    session.progress(QStringLiteral("reading the drive's parameters..."));
+    session.showReceiving(QStringLiteral("reading the drive's parameters"));
     // The comparing read needs a link that is up and answering, which identify() showed.
     session.link().MonitorRunning = true;
     const ParamFile::ReadResult result = file.read(path);
@@ -79,7 +79,7 @@ ExitCode readParams(CliSession& session, const CliArgs& args) {
     ParamTransfer& transfer = session.params();
     QObject::connect(&transfer, &ParamTransfer::transferFinished, &session,
                      [&session](ParamTransfer::Chain) { session.finish(); });
-    session.progress(QStringLiteral("reading the drive's parameters..."));
+    session.showReceiving(QStringLiteral("reading the drive's parameters"));
     transfer.readAll();
     if (const ExitCode read = session.exec(); read != ExitCode::Ok)
         return read;
@@ -115,17 +115,19 @@ ExitCode writeParams(CliSession& session, const CliArgs& args) {
         ++total;
     QObject::connect(&transfer, &ParamTransfer::parameterWritten, &session, [&](int n) {
         ++written;
-        session.progress(QStringLiteral("writing parameters: %1/%2").arg(written).arg(total));
         session.endProgress();
         CliSession::out(QStringLiteral("%1 %2 = %3")
                             .arg(n, 2, 10, QLatin1Char('0'))
                             .arg(nameOf(n))
                             .arg(tables.ParamValue[static_cast<std::size_t>(n)]));
+        session.progress(QStringLiteral("writing parameters: %1/%2").arg(written).arg(total));
     });
     QObject::connect(&transfer, &ParamTransfer::transferFinished, &session,
                      [&session](ParamTransfer::Chain) { session.finish(); });
     transfer.writeChanged();
-    return session.exec();
+    const ExitCode code = session.exec();
+    session.endProgress();
+    return code;
 }
 
 ExitCode diffParams(CliSession& session, const CliArgs& args) {
