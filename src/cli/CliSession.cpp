@@ -48,6 +48,8 @@ CliSession::CliSession(const LinkChoice& choice, QObject* parent)
     ui_.setNoticeHandler([](const QString& line) { out(line); });
     receiving_.setInterval(100);
     connect(&receiving_, &QTimer::timeout, this, [this] {
+        if (global_.Link.ReceiveBuffer.isEmpty())
+            return;  // not begun, or already handled
         progress(QStringLiteral("%1: %2 characters")
                      .arg(receivingLabel_)
                      .arg(global_.Link.ReceiveBuffer.size()));

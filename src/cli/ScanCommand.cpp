@@ -121,7 +121,8 @@ CliCommand scanCommand() {
     c.synopsis = QStringLiteral("scan [--wait MS]");
     c.summary = QStringLiteral(
         "Find every drive on the line: axes 0-14 at each baud rate, one line per drive with its "
-        "version. A silent axis is given up after its reply time plus MS (default 50) ms.");
+        "version. A silent axis is given up after its reply time plus MS (default 50) ms; raise "
+        "it for drives with a long reply wait (parameter 44).");
     c.options = {QCommandLineOption(
         QStringLiteral("wait"), QStringLiteral("Margin per probe in ms."), QStringLiteral("MS"))};
     c.run = [](CliSession& session, const CliArgs& args) {
