@@ -135,6 +135,8 @@ void CliSession::fail(ExitCode code, const QString& line) {
                        .arg(s.AxisNumber)
                        .arg(s.BaudRate) +
                    en(1920);
+    } else if (code == ExitCode::DriveRefusal && activity_) {
+        message += QStringLiteral(" (%1)").arg(activity_());
     } else if (code == ExitCode::FileError) {
         if (!fileInUse_.isEmpty())
             message += QStringLiteral(": ") + fileInUse_;

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -63,6 +64,8 @@ public:
     [[nodiscard]] bool failed() const { return failed_; }
     // The file a file error is about, named in its message.
     void setFileInUse(const QString& path) { fileInUse_ = path; }
+    // What the link was doing, named in the message of a refusal (e.g. which parameter).
+    void setActivity(std::function<QString()> activity) { activity_ = std::move(activity); }
 
     // Every frame of the run into path, written when the run ends.
     void traceTo(const QString& path);
@@ -85,6 +88,7 @@ private:
     QByteArray traceText_;
     QString tracePath_;
     QString fileInUse_;
+    std::function<QString()> activity_;
     QTimer receiving_;
     QString receivingLabel_;
     QEventLoop* loop_ = nullptr;

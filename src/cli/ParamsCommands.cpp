@@ -124,8 +124,11 @@ ExitCode writeParams(CliSession& session, const CliArgs& args) {
     });
     QObject::connect(&transfer, &ParamTransfer::transferFinished, &session,
                      [&session](ParamTransfer::Chain) { session.finish(); });
+    session.setActivity(
+        [&transfer] { return QStringLiteral("writing parameter %1").arg(transfer.paramIndex()); });
     transfer.writeChanged();
     const ExitCode code = session.exec();
+    session.setActivity({});
     session.endProgress();
     return code;
 }
