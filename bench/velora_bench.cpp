@@ -3,10 +3,13 @@
 //   build/bench/velora-bench [monitor] [--seconds N] [--rate BAUD] [--reply-wait MS] [--usb]
 // "monitor" runs only the whole-program monitor rows, N seconds per rate (default 5), at one
 // rate when given, with the drive's reply wait (parameter 44, default 0). Prints tables for
-// the README's Performance section. "--usb" runs the monitor rows on the USB-RS232C back-end.
+// the README's Performance section. "--usb" runs the monitor rows on the USB-RS232C back-end,
+// "--wave" only the wave records, "scan" only velora-cli scan against the port search.
 
 #include "LoopbackTransport.h"
 #include "MonitorPath.h"
+#include "ScanVersusSearch.h"
+#include "link/FrameTrace.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyDispatcher.h"
 #include "monitor/RealTimeMonitor.h"
@@ -23,6 +26,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
 #include <ctime>
 #include <memory>
 
@@ -164,10 +168,14 @@ double threadCpuSeconds() {
 
 // The engine's own work per monitor exchange: assembling the reply, dispatching it, decoding
 // the monitor values, building and writing the next poll.
-void engineCost() {
+// With traced, every frame is also recorded in a frame trace.
+double engineCost(bool traced) {
     Global global;
     test::FakeLinkUi ui;
     LinkEngine engine(global.Link, ui, LinkEngine::Ticks::Manual);
+    FrameTrace trace;
+    if (traced)
+        engine.setFrameTrace(&trace);
     auto owned = std::make_unique<bench::LoopbackTransport>(global.Link);
     auto* port = owned.get();
     engine.setTransport(std::move(owned));
@@ -185,8 +193,17 @@ void engineCost() {
     for (int i = 0; i < kExchanges; ++i)
         port->receive(reply);
     const double perExchange = (threadCpuSeconds() - start) / kExchanges;
-    printf("| engine CPU time per `ma` exchange (unpaced) | < 20 us | %.2f us |\n",
-           perExchange * 1e6);
+    printf("| engine CPU time per `ma` exchange (unpaced)%s | < 20 us | %.2f us |\n",
+           traced ? ", frame trace recording" : "", perExchange * 1e6);
+    return perExchange;
+}
+
+// What recording costs per exchange (one command and one reply): the difference of the two.
+void traceCost() {
+    const double off = engineCost(false);
+    const double on = engineCost(true);
+    printf("| frame trace recording per exchange (on minus off) | < 1 us | %.0f ns |\n",
+           (on - off) * 1e9);
 }
 
 // The number after option in args, or fallback.
@@ -212,6 +229,11 @@ int main(int argc, char* argv[]) {
     printf("Velora link benchmark, %s, %s, %d cores\n\n",
            qPrintable(QDateTime::currentDateTime().toString(Qt::ISODate)),
            qPrintable(QSysInfo::prettyProductName()), QThread::idealThreadCount());
+    // "scan": velora-cli scan against the program's port search, and nothing else.
+    if (args.contains(QStringLiteral("scan"))) {
+        bench::scanVersusSearch();
+        return 0;
+    }
     // "--wave": only the wave records.
     if (args.contains(QStringLiteral("--wave"))) {
         printf("| measure | target | result |\n|---|---|---|\n");
@@ -232,7 +254,7 @@ int main(int argc, char* argv[]) {
     if (monitorOnly)
         return 0;
     printf("\n| measure | target | result |\n|---|---|---|\n");
-    engineCost();
+    traceCost();
     for (const char* code : {"pa", "ta", "ca"}) {
         for (int i = 0; i < 5; ++i)
             readAll(i, QLatin1String(code));

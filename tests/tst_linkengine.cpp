@@ -1,4 +1,5 @@
 #include "app/TextCatalogue.h"
+#include "link/FrameTrace.h"
 #include "link/ReplyDispatcher.h"
 #include "support/LinkRig.h"
 
@@ -227,6 +228,25 @@ private slots:
         rig.port->failSends = false;
         rig.ticks(2);
         QCOMPARE(rig.sent(), QStringList{"1wt0;1"});
+    }
+
+    void frameTraceRingKeepsTheNewest() {
+        FrameTrace trace(3);
+        trace.recordSent(QStringLiteral("0PR77"));
+        trace.recordReceived(QStringLiteral("0PR0000006E"));
+        trace.recordSent(QStringLiteral("0ma"));
+        trace.recordReceived(QStringLiteral("0ma1"));
+        trace.recordSent(QStringLiteral("0SO"));
+        const std::vector<FrameTrace::Entry> held = trace.entriesAfter(0);
+        QCOMPARE(int(held.size()), 3);
+        QCOMPARE(held.front().text, QStringLiteral("0ma"));
+        QCOMPARE(held.front().sequence, quint64{3});
+        QCOMPARE(held[1].sinceRequestUs >= 0, true);  // a reply, timed from "0ma"
+        QCOMPARE(int(trace.entriesAfter(4).size()), 1);
+        trace.clear();
+        QVERIFY(trace.entriesAfter(0).empty());
+        trace.recordSent(QStringLiteral("0ma"));
+        QCOMPARE(trace.entriesAfter(0).front().sequence, quint64{6});
     }
 
     void postCommand() {

@@ -6,6 +6,7 @@
 #include "console/ComConsoleWindow.h"
 #include "link/InComDialog.h"
 #include "link/SystemBar.h"
+#include "link/TraceWindow.h"
 #include "link/WireFormat.h"
 #include "monitor/AlarmMonWindow.h"
 #include "monitor/IOStatusWindow.h"
@@ -138,6 +139,8 @@ MDIParent::~MDIParent() {
     // Its port search unhooks itself from the engine, which as a member goes before the
     // child widgets do.
     delete commSettings_;
+    // The trace detaches itself from the engine.
+    delete trace_;
 }
 
 void MDIParent::connectReplyFamilies() {
@@ -192,6 +195,10 @@ void MDIParent::buildWindows() {
         frame->setGeometry(kPlacement.at(static_cast<std::size_t>(i)));
         frame->hide();  // until its turn in the start-up
     }
+    trace_ = new TraceWindow(engine_, boxes_, mdiArea_);
+    QMdiSubWindow* traceFrame = mdiArea_->addSubWindow(trace_);
+    traceFrame->setGeometry(100, 100, 640, 360);
+    traceFrame->hide();
 
     inComDialog_ = new InComDialog(global_.Link, this);
     commSettings_ = new CommSettings(global_, engine_, boxes_, setup_.transports, this);
@@ -278,6 +285,7 @@ void MDIParent::LanguageOfAllWindows() {
     pointTbl_->LanguageSelect(lang);
     prmTbl_->LanguageSelect(lang);
     systemBar_->LanguageSelect(lang);
+    trace_->LanguageSelect(lang);
 }
 
 void MDIParent::CaptionOffLineChange(int languageId, int offline) {
@@ -344,6 +352,8 @@ void MDIParent::refreshWindowMenu() {
     const QList<QMdiSubWindow*> frames = mdiArea_->subWindowList();
     for (int i = 0; i < frames.size(); ++i) {
         QMdiSubWindow* frame = frames[i];
+        if (frame->isHidden())
+            continue;  // the trace until it is asked for
         QAction* item = mnuWindow->addAction(
             QStringLiteral("&%1 %2").arg(i + 1).arg(frame->widget()->windowTitle()));
         item->setCheckable(true);
@@ -354,6 +364,14 @@ void MDIParent::refreshWindowMenu() {
             mdiArea_->setActiveSubWindow(frame);
         });
     }
+    mnuWindow->addSeparator();
+    QAction* trace = named(mnuWindow->addAction(TextCatalogue::text(global_.Link.LanguageId, 1925)),
+                           QStringLiteral("mnuWindowTrace"));
+    connect(trace, &QAction::triggered, this, [this] {
+        QMdiSubWindow* frame = qobject_cast<QMdiSubWindow*>(trace_->parentWidget());
+        frame->showNormal();
+        mdiArea_->setActiveSubWindow(frame);
+    });
 }
 
 void MDIParent::mnuSystemItem_Click(int index) {

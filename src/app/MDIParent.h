@@ -34,6 +34,7 @@ class NumMonitorWindow;
 class OptionDialog;
 class PointTblWindow;
 class PrmTblWindow;
+class TraceWindow;
 class SystemBar;
 class VersionDialog;
 struct Global;
@@ -121,6 +122,8 @@ private:
     IOStatusWindow* ioStatus_ = nullptr;
     AlarmMonWindow* alarmMon_ = nullptr;
     HMonWindow* hMon_ = nullptr;
+    // The frame trace: outside the start-up order, shown from the Window menu.
+    TraceWindow* trace_ = nullptr;
     InComDialog* inComDialog_ = nullptr;
     CommSettings* commSettings_ = nullptr;
     OptionDialog* optionDialog_ = nullptr;

@@ -6,7 +6,7 @@
 
 namespace velora {
 
-// Every text the program shows, in English (ids 1000-1916) and Japanese (the same base ids plus
+// Every text the program shows, in English (ids 1000-1939) and Japanese (the same base ids plus
 // 1000). The table is compiled in; users cannot change it.
 class TextCatalogue {
 public:

@@ -396,6 +396,19 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1914, u"Connect Caution Dialog"},
     {1915, u"OK"},
     {1916, u"Cancel"},
+    // Command line and frame trace.
+    {1920, u"Check the cable, the port, the axis number and the baud rate, then try again."},
+    {1921, u"No drive answered on any axis at any baud rate."},
+    {1922, u"Nothing to write: the drive already holds the file's values."},
+    {1923, u"Check the file name and its contents, then try again."},
+    {1925, u"Trace"},
+    {1926, u"Record"},
+    {1927, u"Pause"},
+    {1928, u"Clear"},
+    {1929, u"Code"},
+    {1930, u"Hide polling"},
+    {1931, u"Save as..."},
+    {1932, u"Trace(*.txt)"},
     // Japanese: Main window menus and captions.
     {2000, u"ﾌｧｲﾙ(&F)"},
     {2001, u"終了(&X)"},
@@ -781,6 +794,19 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2914, u"連動警告ダイアログ"},
     {2915, u"OK"},
     {2916, u"ｷｬﾝｾﾙ"},
+    // Japanese: Command line and frame trace.
+    {2920, u"ケーブル、ポート、軸番号、ボーレートを確認してから、もう一度実行してください。"},
+    {2921, u"どの軸、どのボーレートでもドライバが応答しませんでした。"},
+    {2922, u"書き込む値はありません。ドライバはすでにファイルの値を持っています。"},
+    {2923, u"ファイル名と内容を確認してから、もう一度実行してください。"},
+    {2925, u"トレース"},
+    {2926, u"記録"},
+    {2927, u"一時停止"},
+    {2928, u"クリア"},
+    {2929, u"コード"},
+    {2930, u"ポーリングを隠す"},
+    {2931, u"名前を付けて保存..."},
+    {2932, u"トレース(*.txt)"},
 };
 
 const std::size_t kTextCount = std::size(kTexts);

@@ -1,6 +1,7 @@
 #include "link/LinkEngine.h"
 
 #include "app/TextCatalogue.h"
+#include "link/FrameTrace.h"
 #include "link/LinkUi.h"
 #include "link/PortNaming.h"
 #include "link/WireFormat.h"
@@ -88,7 +89,15 @@ void LinkEngine::sendPoll() {
     SendCommand(axisPrefix() + QStringLiteral("ma"));
 }
 
+void LinkEngine::DispatchReply(const QString& text) {
+    if (trace_)
+        trace_->recordReceived(text);
+    dispatcher_.DispatchReply(text);
+}
+
 void LinkEngine::SendByteData(const QString& text) {
+    if (trace_)
+        trace_->recordSent(text);
     const bool sent = transport_ && transport_->send(wire::buildFrame(text));
     if (!sent) {
         // Silent: an outstanding supervised command is re-sent by the reply supervision.

@@ -16,6 +16,7 @@ namespace velora {
 
 struct LinkState;
 class LinkUi;
+class FrameTrace;
 
 // The servo link: owns the port, the polling timer (Timer1) and the end-of-transmission timer
 // (Timer2), and joins the sender, the dispatcher and the polling cycle over the shared LinkState.
@@ -57,7 +58,7 @@ public:
     bool PostCommand(const QString& text) { return sender_.PostCommand(text); }
     // Frames and writes one command text and arms Timer2 for its transmission time.
     void SendByteData(const QString& text);
-    void DispatchReply(const QString& text) { dispatcher_.DispatchReply(text); }
+    void DispatchReply(const QString& text);
     // The axis character of the configured axis, the start of every command text.
     [[nodiscard]] QString axisPrefix() const;
     // Sends the monitor poll for the configured axis.
@@ -90,6 +91,10 @@ public:
     void showNotice(const QString& text, const QString& caption);
     void showWarning(const QString& text, const QString& caption);
 
+    // Records every frame written and every reply assembled while set; nullptr stops it.
+    void setFrameTrace(FrameTrace* trace) { trace_ = trace; }
+    [[nodiscard]] FrameTrace* frameTrace() const { return trace_; }
+
     // The time the status bar clock shows; tests fix it.
     void setClock(std::function<QDateTime()> clock) { clock_ = std::move(clock); }
     [[nodiscard]] QDateTime now() const { return clock_(); }
@@ -108,6 +113,7 @@ private:
     QTimer timer2_;
     QString deviceOverride_;
     OpenResult lastOpen_;
+    FrameTrace* trace_ = nullptr;
     std::function<QDateTime()> clock_ = [] { return QDateTime::currentDateTime(); };
     int pollIntervalMs_ = 250;
     int timer2IntervalMs_ = 0;

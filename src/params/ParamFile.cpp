@@ -35,11 +35,11 @@ ParamFile::~ParamFile() {
     closeFile();
 }
 
-bool ParamFile::write(const QString& path) {
+bool ParamFile::write(const QString& path, bool withSystem) {
     if (path.isEmpty())
         return false;
     // Numbers in the C locale whatever the user's: QByteArray::number never groups or localises.
-    QByteArray content = Identification + LineEnd;
+    QByteArray content = (withSystem ? IdentificationWithSystem : Identification) + LineEnd;
     for (int n = 0; n < ParamTables::Count; ++n)
         content += QByteArray::number(tables_.ParamValue[static_cast<std::size_t>(n)]) + LineEnd;
     if (writeFileSafely(path, content))

@@ -41,8 +41,10 @@ public:
 
     // Write File: saves the identification and all 120 values. An existing file is replaced
     // only once the whole new one is on disk. Flags, colours and the drive stay as they are.
-    // Returns false for an empty path (silently) or a failure (after the message).
-    bool write(const QString& path);
+    // Returns false for an empty path (silently) or a failure (after the message). withSystem
+    // writes the identification that makes a later read restore all 120 values (the command
+    // line's full backup); the windows always write the plain one.
+    bool write(const QString& path, bool withSystem = false);
 
     // Read File: checks the identification, then loads the values at once, or, while the link
     // is online with the monitor running, reads the drive first and merges when it answers.

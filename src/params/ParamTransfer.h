@@ -43,6 +43,8 @@ public:
     [[nodiscard]] int paramIndex() const { return ParamIndex; }
     // "PW" (also into non-volatile memory) or "PT" (RAM only), from the option as it is now.
     [[nodiscard]] QString writeCode() const;
+    // The command that writes parameter n's value from the table, as the write chain sends it.
+    [[nodiscard]] QString writeCommand(int n) const;
 
 signals:
     // A chain is about to send its first command.
@@ -72,7 +74,6 @@ private:
     [[nodiscard]] ReplyStatus OnParamWritten();
     [[nodiscard]] ReplyStatus identify(const QString& text);
     [[nodiscard]] bool chainRunning(Chain chain) const;
-    [[nodiscard]] QString writeCommand(int n) const;
     [[nodiscard]] QString readCommand(int n) const;
     void start(Chain chain, const QString& command);
     void endWrite();

@@ -2,17 +2,20 @@
 #include "app/CommSettings.h"
 #include "console/ComConsoleWindow.h"
 #include "link/SystemBar.h"
+#include "link/TraceWindow.h"
 #include "params/ParamFile.h"
 #include "params/PrmTblWindow.h"
 
 #include "ShellRig.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QtTest>
@@ -44,7 +47,7 @@ private slots:
     void firstStartShowsEveryWindowInOrder() {
         ShellRig rig;
         rig.start();
-        QCOMPARE(frameOrder(rig), kChildOrder);
+        QCOMPARE(frameOrder(rig), kChildOrder + QStringList{"Trace"});
         for (const QString& name : kChildOrder)
             QVERIFY2(rig.find<ChildWindow>(name)->isVisible(), qPrintable(name));
         for (const char* name : {"SystemBar", "LblCom", "LblDateTime", "LabelAxisNum",
@@ -64,11 +67,16 @@ private slots:
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
         QVERIFY(rig.messages.isEmpty());
 
-        // The Window menu lists the child windows.
+        // The Window menu lists the child windows, then the trace, which is hidden until asked
+        // for and records nothing until told to.
         QMenu* windowMenu = rig.find<QMenu>(u"mnuWindow"_s);
         emit windowMenu->aboutToShow();
-        QCOMPARE(windowMenu->actions().size(), kChildOrder.size());
+        QCOMPARE(windowMenu->actions().size(), kChildOrder.size() + 2);
         QCOMPARE(windowMenu->actions().first()->text(), "&1 " + en(1051));
+        QVERIFY(!rig.find(u"Trace"_s)->isVisible());
+        windowMenu->actions().last()->trigger();
+        QVERIFY(rig.find(u"Trace"_s)->isVisible());
+        QVERIFY(!rig.engine().frameTrace());
 
         // A child's close box minimises it.
         QWidget* frame = rig.find(u"NumMonitor"_s)->parentWidget();
@@ -229,6 +237,37 @@ private slots:
         rig.engine().HideDialog();
         QVERIFY(!busy->isVisible());
         QVERIFY(!rig.link().BusyDialogShown);
+    }
+
+    void traceRecordsFiltersAndSaves() {
+        ShellRig rig;
+        rig.start();
+        rig.link().RealTimeMonitor = false;
+        rig.find<QCheckBox>(u"ChkRecord"_s)->setChecked(true);
+        rig.engine().SendCommand(u"0PR77"_s);
+        rig.port()->reply(u"0PR0000006E"_s);
+        rig.engine().sendPoll();
+        rig.port()->reply(u"0ma"_s);
+        rig.find<QCheckBox>(u"ChkRecord"_s)->setChecked(false);
+        rig.engine().sendPoll();  // not recorded any more
+        auto* view = rig.find<QPlainTextEdit>(u"TxtTrace"_s);
+        QCOMPARE(view->blockCount(), 4);
+        QVERIFY(
+            view->toPlainText().contains(QRegularExpression(u"< 0PR0000006E \\(\\+\\d+ us\\)"_s)));
+        rig.find<QCheckBox>(u"ChkHidePolling"_s)->setChecked(true);
+        QCOMPARE(view->blockCount(), 2);
+        rig.find<QLineEdit>(u"TxtCode"_s)->setText(u"ma"_s);
+        QCOMPARE(view->toPlainText(), QString());
+        rig.find<QCheckBox>(u"ChkHidePolling"_s)->setChecked(false);
+        QCOMPARE(view->blockCount(), 2);
+        auto* trace = rig.find<TraceWindow>(u"Trace"_s);
+        const QString path = rig.dir.filePath(u"trace.txt"_s);
+        QVERIFY(trace->saveTo(path));
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(saved.readAll()), view->toPlainText() + u"\n"_s);
+        rig.find<QPushButton>(u"CmdClear"_s)->click();
+        QCOMPARE(view->toPlainText(), QString());
     }
 
     void echoSwitchOnTheComLabel() {

@@ -1,0 +1,205 @@
+#include "sim/SimulatedLine.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+using namespace velora;
+
+namespace {
+
+// The real velora-cli against simulated drives on a pseudo-terminal, with a settings
+// directory of its own that must stay empty: the command line never writes settings.
+struct CliRig {
+    explicit CliRig(const QList<int>& axes) {
+        sim::SimOptions options;
+        options.axes = axes;
+        options.fast = true;  // the scan's timing is the program's, not the drive's pacing
+        line = std::make_unique<sim::SimulatedLine>(options);
+        if (!line->open())
+            qFatal("simulated line: %s", qPrintable(line->errorString()));
+    }
+
+    sim::Drive& drive(int axis) { return *line->bus().drive(axis); }
+    // Moves a drive to another rate, as COM. format and a restart do.
+    void setBaudIndex(int axis, int index) {
+        QVERIFY(drive(axis).model().memory().writeParam(43, index, true));
+        QCOMPARE(drive(axis).model().reset(), sim::DriveModel::Refusal::None);
+    }
+    [[nodiscard]] QString path(const QString& name) const { return dir.filePath(name); }
+
+    // Runs velora-cli on the line while the simulator answers; its exit code.
+    int run(const QStringList& args) {
+        QProcess cli;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), config.path());
+        env.insert(QStringLiteral("HOME"), config.path());
+        cli.setProcessEnvironment(env);
+        cli.start(QStringLiteral(VELORA_CLI),
+                  QStringList{QStringLiteral("--port"), line->devicePath()} + args);
+        if (!cli.waitForStarted(5000))
+            qFatal("velora-cli did not start");
+        // The line answers from this thread's event loop, so the wait must let it run.
+        if (!QTest::qWaitFor([&] { return cli.state() == QProcess::NotRunning; }, 60000))
+            qFatal("velora-cli did not end");
+        out = QString::fromUtf8(cli.readAllStandardOutput())
+                  .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        err = QString::fromUtf8(cli.readAllStandardError());
+        return cli.exitCode();
+    }
+
+    [[nodiscard]] std::array<qint32, 120> params(int axis) {
+        std::array<qint32, 120> values{};
+        for (int n = 0; n < 120; ++n)
+            values[static_cast<std::size_t>(n)] = drive(axis).model().memory().param(n);
+        return values;
+    }
+
+    std::unique_ptr<sim::SimulatedLine> line;
+    QTemporaryDir dir;
+    QTemporaryDir config;
+    QStringList out;
+    QString err;
+};
+
+// Replaces the value lines of parameters in a .prm text.
+QByteArray edited(QByteArray text, const QMap<int, qint32>& values) {
+    QList<QByteArray> lines = text.split('\n');
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        lines[it.key() + 1] = QByteArray::number(it.value()) + '\r';
+    return lines.join('\n');
+}
+
+QByteArray readAll(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void writeAll(const QString& path, const QByteArray& content) {
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(content);
+}
+
+}  // namespace
+
+class TestE2eCli : public QObject {
+    Q_OBJECT
+private slots:
+    void scanFindsExactlyTheDrives() {
+        CliRig rig({2, 14});
+        rig.setBaudIndex(14, 4);  // 115200
+        QCOMPARE(rig.run({QStringLiteral("scan")}), 0);
+        QCOMPARE(rig.out, QStringList({QStringLiteral("axis 2, 9600 baud, version 1.10"),
+                                       QStringLiteral("axis 14, 115200 baud, version 1.10")}));
+        QVERIFY(QDir(rig.config.path()).isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot));
+    }
+
+    void paramsBackupEditDiffRestore() {
+        CliRig rig({1});
+        const QStringList axis{QStringLiteral("--axis"), QStringLiteral("1")};
+        const QString backup = rig.path(QStringLiteral("a.prm"));
+        const QString trace = rig.path(QStringLiteral("trace.txt"));
+        QCOMPARE(
+            rig.run(axis + QStringList{QStringLiteral("--trace"), trace, QStringLiteral("params"),
+                                       QStringLiteral("read"), QStringLiteral("-o"), backup}),
+            0);
+        const QByteArray saved = readAll(backup);
+        QCOMPARE(saved.count("\r\n"), 121);
+        QVERIFY(saved.startsWith("Orvix-Servo parameter file\r\n"));
+        const QByteArray frames = readAll(trace);
+        QVERIFY(frames.contains(" > 1PR77\n"));
+        QVERIFY(QRegularExpression(QStringLiteral(" < 1pa[0-9A-F]{8},.* \\(\\+\\d+ us\\)\\n"))
+                    .match(QString::fromLatin1(frames))
+                    .hasMatch());
+
+        const std::array<qint32, 120> before = rig.params(1);
+        const QString changed = rig.path(QStringLiteral("b.prm"));
+        writeAll(changed, edited(saved, {{11, before[11] + 5}, {20, before[20] + 1}}));
+        const QStringList diff =
+            axis + QStringList{QStringLiteral("params"), QStringLiteral("diff"), changed};
+        QCOMPARE(rig.run(diff), 1);
+        QCOMPARE(rig.out,
+                 QStringList(
+                     {QStringLiteral("11\tPos. P Gain\t%1\t%2").arg(before[11]).arg(before[11] + 5),
+                      QStringLiteral("20\tInput Pulse Type\t%1\t%2")
+                          .arg(before[20])
+                          .arg(before[20] + 1)}));
+
+        const QStringList write =
+            axis + QStringList{QStringLiteral("params"), QStringLiteral("write"), changed};
+        QCOMPARE(rig.run(write + QStringList{QStringLiteral("--dry-run")}), 0);
+        QCOMPARE(rig.out, QStringList({QStringLiteral("1PWB;%1").arg(before[11] + 5, 0, 16),
+                                       QStringLiteral("1PW14;%1").arg(before[20] + 1, 0, 16)}));
+        QVERIFY(rig.params(1) == before);
+
+        QCOMPARE(rig.run(write), 0);
+        std::array<qint32, 120> expected = before;
+        expected[11] += 5;
+        expected[20] += 1;
+        QVERIFY(rig.params(1) == expected);
+        // Parameter 20 takes effect after a restart; the window's message is a printed line.
+        QVERIFY(rig.out.last().startsWith(QStringLiteral("Parameter write finished.")));
+        QCOMPARE(rig.run(diff), 0);
+        QVERIFY(rig.out.isEmpty());
+    }
+
+    void sendAndMonitor() {
+        CliRig rig({0});
+        QCOMPARE(rig.run({QStringLiteral("send"), QStringLiteral("0PR77")}), 0);
+        QCOMPARE(rig.out, QStringList{QStringLiteral("0PR0000006E")});
+        QCOMPARE(
+            rig.run({QStringLiteral("monitor"), QStringLiteral("--count"), QStringLiteral("3")}),
+            0);
+        QCOMPARE(rig.out.size(), 4);
+        QVERIFY(rig.out[0].startsWith(QStringLiteral("Now Position,Position Com.,")));
+        for (const QString& line : rig.out)
+            QCOMPARE(line.count(QLatin1Char(',')), 12 + 16 + 1);
+    }
+
+    void failuresExitWithOneLineAndLeaveNoFile_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
+        const QStringList read{QStringLiteral("params"), QStringLiteral("read"),
+                               QStringLiteral("-o"), QStringLiteral("out.prm")};
+        QTest::newRow("silent line") << read << "cable" << 3 << "Communication Failure";
+        QTest::newRow("drive refuses pa") << read << "pa" << 4 << "Illegal Data";
+        QTest::newRow("wrong identification")
+            << QStringList{QStringLiteral("params"), QStringLiteral("diff"),
+                           QStringLiteral("bad.prm")}
+            << "" << 5 << "Idetification Error: ";
+        QTest::newRow("refused command")
+            << QStringList{QStringLiteral("send"), QStringLiteral("0SO")} << "SO" << 4
+            << "Error 1:";
+        QTest::newRow("usage") << QStringList{QStringLiteral("scan"), QStringLiteral("--ram")} << ""
+                               << 2 << "takes no option --ram";
+    }
+    void failuresExitWithOneLineAndLeaveNoFile() {
+        QFETCH(QStringList, args);
+        QFETCH(QString, fault);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
+        CliRig rig({0});
+        if (fault == QLatin1String("cable"))
+            rig.line->setCablePulled(true);
+        else if (!fault.isEmpty())
+            rig.line->faults().errorCodes.insert(fault, 1);
+        writeAll(rig.path(QStringLiteral("bad.prm")), "Orvix-Servo parameter file \r\n1\r\n");
+        for (QString& a : args) {
+            if (a.endsWith(QLatin1String(".prm")))
+                a = rig.path(a);
+        }
+        QCOMPARE(rig.run(args), exitCode);
+        QVERIFY2(rig.err.startsWith(QStringLiteral("velora-cli: ")), qPrintable(rig.err));
+        QVERIFY2(rig.err.contains(message), qPrintable(rig.err));
+        QCOMPARE(rig.err.count(QLatin1Char('\n')), 1);
+        QVERIFY(!QFile::exists(rig.path(QStringLiteral("out.prm"))));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestE2eCli)
+#include "tst_e2e_cli.moc"
