@@ -3,6 +3,7 @@
 #include "app/CommSettings.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComTblWindow.h"
+#include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
 #include "link/InComDialog.h"
 #include "link/SystemBar.h"
@@ -24,6 +25,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace velora {
@@ -58,13 +60,15 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       engine_(global.Link, ui_, setup_.ticks),
       params_(engine_, global.Params),
       monitor_(engine_),
-      alarms_(engine_, global.Alarms) {
+      alarms_(engine_, global.Alarms),
+      adapterWatch_(engine_, global.Connection) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
     buildWindows();
     buildMenus();
     connectReplyFamilies();
+    buildConnectionCare();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
     resize(1300, 860);
 }
@@ -87,6 +91,30 @@ void MDIParent::connectReplyFamilies() {
                 systemBar_->setLamp(1, QColor(QRgb(alarm.fill)), QColor(QRgb(alarm.back)));
                 systemBar_->setServoOnColours(QColor(QRgb(svon.back)), QColor(QRgb(svon.fill)));
             });
+}
+
+void MDIParent::buildConnectionCare() {
+    checkDialog_ = new ConnectionCheckDialog(engine_, this);
+    mnuSystemCheck = named(new QAction(this), QStringLiteral("mnuSystemCheck"));
+    mnuSystem->insertAction(mnuSystemItem[1], mnuSystemCheck);
+    connect(mnuSystemCheck, &QAction::triggered, this, [this] { showModal(checkDialog_); });
+    connect(checkDialog_, &ConnectionCheckDialog::searchRequested, this, [this] {
+        showModal(commSettings_);
+        if (auto* search = commSettings_->findChild<QPushButton*>(QStringLiteral("CmdSrch"));
+            search && search->isEnabled())
+            search->click();
+    });
+    connect(&adapterWatch_, &AdapterWatch::note, systemBar_, &SystemBar::setConnectionNote);
+    connect(commSettings_, &CommSettings::onlineChanged, this, [this](bool online) {
+        if (online)
+            rememberAdapter();
+    });
+}
+
+void MDIParent::rememberAdapter() {
+    // The simulated drive's pseudo-terminal is no adapter of the user's.
+    if (global_.Link.PortOpen && setup_.simulatedDevice.isEmpty())
+        adapterWatch_.rememberOpenedAdapter();
 }
 
 void MDIParent::buildWindows() {
@@ -185,6 +213,7 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemItem[4]->setText(TextCatalogue::text(languageId, 1008));
     mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
     mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
+    mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -226,8 +255,15 @@ void MDIParent::startUp() {
     systemBar_->LanguageSelect(s.LanguageId);
     systemBar_->setClock(engine_.now());
     global_.RetryTime = setup_.settings.loadRetryTime();
+    setup_.settings.loadConnection(global_.Connection);
+    if (setup_.deviceOverride.isEmpty()) {
+        // A device chosen from the port list, or the remembered adapter where it is now.
+        engine_.setDeviceOverride(global_.Connection.Device);
+        adapterWatch_.locate();
+    }
     applyBackEnd(engine_, setup_.transports);
     engine_.start(global_.RetryTime);
+    rememberAdapter();
     if (!s.Online)
         CaptionOffLineChange(s.LanguageId, 1);
 
@@ -322,7 +358,7 @@ void MDIParent::closeEvent(QCloseEvent* event) {
         saveAllSettings();
     }
     for (QDialog* dialog :
-         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_})
+         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_})
         dialog->hide();
     QMainWindow::closeEvent(event);
 }

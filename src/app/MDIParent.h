@@ -3,6 +3,7 @@
 #include "app/AppLinkUi.h"
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
+#include "connect/AdapterWatch.h"
 #include "link/LinkEngine.h"
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
@@ -23,6 +24,7 @@ class ChildWindow;
 class ComConsoleWindow;
 class ComTblWindow;
 class CommSettings;
+class ConnectionCheckDialog;
 class HMonWindow;
 class IOStatusWindow;
 class InComDialog;
@@ -65,6 +67,8 @@ public:
     [[nodiscard]] RealTimeMonitor& realTimeMonitor() { return monitor_; }
     [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
+    [[nodiscard]] AdapterWatch& adapterWatch() { return adapterWatch_; }
+    [[nodiscard]] ConnectionCheckDialog* connectionCheck() const { return checkDialog_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
 
@@ -80,6 +84,8 @@ private:
     void mnuSystemLang_Click(int index);
     void softwareVersionChange();
     void showModal(QDialog* dialog);
+    void buildConnectionCare();
+    void rememberAdapter();
 
     Global& global_;
     ShellSetup setup_;
@@ -92,6 +98,7 @@ private:
     ParamTransfer params_;
     RealTimeMonitor monitor_;
     AlarmMonitor alarms_;
+    AdapterWatch adapterWatch_;
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
@@ -108,6 +115,7 @@ private:
     CommSettings* commSettings_ = nullptr;
     OptionDialog* optionDialog_ = nullptr;
     VersionDialog* versionDialog_ = nullptr;
+    ConnectionCheckDialog* checkDialog_ = nullptr;
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileItem0 = nullptr;
@@ -116,6 +124,7 @@ private:
     std::array<QAction*, 5> mnuSystemItem{};
     QMenu* mnuLanguage = nullptr;
     std::array<QAction*, 2> mnuSystemLang{};
+    QAction* mnuSystemCheck = nullptr;
 };
 
 }  // namespace velora

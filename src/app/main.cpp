@@ -1,15 +1,43 @@
 #include "app/MDIParent.h"
 #include "app/ShellSetup.h"
+#include "connect/CheckCommand.h"
 #include "shared/Global.h"
 #include "sim/SimulatedLine.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
+#include <QTextStream>
 
 #include <memory>
 
+namespace {
+
+// The connection check needs no display: it runs before any window exists, in a plain
+// application object, and prints its findings.
+int runCheck(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Velora"));
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption check(QStringLiteral("check"),
+                                   QStringLiteral("Check the connection and print the findings."));
+    const QCommandLineOption port(QStringLiteral("port"), QStringLiteral("Check DEVICE."),
+                                  QStringLiteral("DEVICE"));
+    parser.addOption(check);
+    parser.addOption(port);
+    parser.process(app);
+    QTextStream out(stdout);
+    return velora::runCheckCommand(velora::SettingsStore(), parser.value(port), out);
+}
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
+    for (int i = 1; i < argc; ++i) {
+        if (qstrcmp(argv[i], "--check") == 0)
+            return runCheck(argc, argv);
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Velora"));
 
@@ -26,6 +54,11 @@ int main(int argc, char* argv[]) {
         QStringLiteral("Start a simulated Orvix drive (axis 0, 9600 baud) and talk to it."));
     parser.addOption(portOption);
     parser.addOption(simulateOption);
+    // Listed for --help; handled before the windows start.
+    parser.addOption(QCommandLineOption(
+        QStringLiteral("check"),
+        QStringLiteral("Check the connection (device, rights, other programs, the drive) and "
+                       "print one finding a line with its fix.")));
     parser.process(app);
 
     velora::ShellSetup setup;

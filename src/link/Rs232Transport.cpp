@@ -12,7 +12,7 @@ Rs232Transport::Rs232Transport(LinkState& state, QObject* parent)
 bool Rs232Transport::send(const QByteArray& frame) {
     // The port buffers the frame and writes it from the event loop; a frame lost on the line
     // shows up as a missing reply, which the supervision re-sends.
-    return port().write(frame) == frame.size();
+    return isOpen() && port().write(frame) == frame.size();
 }
 
 void Rs232Transport::readAvailable() {

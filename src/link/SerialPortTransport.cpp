@@ -1,5 +1,7 @@
 #include "link/SerialPortTransport.h"
 
+#include "connect/DeviceFacts.h"
+#include "connect/OpenAdvice.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 
@@ -8,6 +10,16 @@ namespace velora {
 SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
     : Transport(state, parent) {
     connect(&port_, &QSerialPort::readyRead, this, &SerialPortTransport::readAvailable);
+    connect(&port_, &QSerialPort::errorOccurred, this, &SerialPortTransport::onPortError);
+}
+
+void SerialPortTransport::onPortError(QSerialPort::SerialPortError error) {
+    // Reported once: the port is closed at once, so no further errors follow from it.
+    if (error == QSerialPort::ResourceError && port_.isOpen()) {
+        const QString reason = port_.errorString();
+        port_.close();
+        emit portLost(reason);
+    }
 }
 
 OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
@@ -15,10 +27,18 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
     port_.setPortName(device);
     OpenResult result;
     result.device = device;
+    lowLatency_ = LowLatency::NotApplicable;
     if (!port_.open(QIODevice::ReadWrite)) {
         result.reason = port_.errorString();
+        const QString advice =
+            openFailureAdvice(device, gatherDeviceFacts(device), state().LanguageId);
+        if (!advice.isEmpty())
+            result.reason += QLatin1Char('\n') + advice;
         return result;
     }
+    // Where the driver allows it; the link works without, only slower.
+    if (isUsbAdapterDevice(device))
+        lowLatency_ = requestLowLatency(port_.handle());
     if (!port_.setBaudRate(baudRate) || !configureFrame()) {
         result.reason = port_.errorString();
         port_.close();

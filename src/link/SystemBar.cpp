@@ -62,6 +62,9 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     LblCom->installEventFilter(this);
     setComIndicator(false);
     LblDateTime = makeLabel(Picture1, QStringLiteral("LblDateTime"));
+    LblConnection = makeLabel(Picture1, QStringLiteral("LblConnection"));
+    // A long device name must not widen the main window beyond a small screen.
+    LblConnection->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     row->addWidget(Label1);
     row->addWidget(ShpStatus[0]);
@@ -73,7 +76,8 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     row->addSpacing(8);
     row->addWidget(Label3);
     row->addWidget(LabelAxisNum);
-    row->addStretch(1);
+    row->addSpacing(8);
+    row->addWidget(LblConnection, 1);
     row->addWidget(LblCom);
     row->addSpacing(8);
     row->addWidget(LblDateTime);
@@ -115,6 +119,11 @@ void SystemBar::setLamp(int index, const QColor& fill, const QColor& back) {
 
 void SystemBar::setServoOnColours(const QColor& back, const QColor& text) {
     setColours(LblSVON, back, text);
+}
+
+void SystemBar::setConnectionNote(const QString& text) {
+    LblConnection->setText(text);
+    LblConnection->setToolTip(text);
 }
 
 bool SystemBar::eventFilter(QObject* watched, QEvent* event) {

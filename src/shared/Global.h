@@ -2,6 +2,7 @@
 
 #include "app/WaveMonSettings.h"
 #include "shared/AlarmData.h"
+#include "shared/ConnectionMemory.h"
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
 
@@ -19,6 +20,7 @@ struct Global {
     bool ConnectCautionDialog = true;  // caution of the parameter 1-45 coupling ("PrmCnctCtn")
     int Prm1To45Connect = 0;           // 0 ask every time, 1 couple, 2 do not couple ("PrmCnctSel")
     WaveMonSettings WaveMon;           // the wave monitor's stored choices ("WaveMonSettings")
+    ConnectionMemory Connection;       // chosen device and remembered adapter ("Connection")
 };
 
 }  // namespace velora
