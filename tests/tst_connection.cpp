@@ -1,0 +1,194 @@
+#include "app/TextCatalogue.h"
+#include "connect/AdapterWatch.h"
+#include "connect/ConnectionCheck.h"
+#include "link/LinkEngine.h"
+#include "shared/Global.h"
+#include "sim/SimulatedLine.h"
+#include "support/FakeLinkUi.h"
+#include "support/PtyPair.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <memory>
+
+using namespace velora;
+using velora::test::FakeLinkUi;
+using velora::test::PtyPair;
+
+Q_DECLARE_METATYPE(velora::DeviceFacts)
+
+namespace {
+
+const QString kDevice = QStringLiteral("/dev/ttyUSB0");
+
+// A device of the dialout group that this user may not open.
+DeviceFacts dialoutDevice() {
+    DeviceFacts f;
+    f.exists = true;
+    f.owner = QStringLiteral("root");
+    f.group = QStringLiteral("dialout");
+    f.mode = 0660;
+    f.user = QStringLiteral("alice");
+    f.sessionGroups = QStringList{QStringLiteral("alice")};
+    f.memberGroups = f.sessionGroups;
+    return f;
+}
+
+QStringList lines(const QList<Finding>& findings) {
+    QStringList result;
+    for (const Finding& finding : findings)
+        result << finding.line(0);
+    return result;
+}
+
+}  // namespace
+
+// The connection check and the adapter watch, against a table of device facts and real
+// pseudo-terminals.
+class TestConnection : public QObject {
+    Q_OBJECT
+private slots:
+    void findingNamesProblemAndFix_data() {
+        QTest::addColumn<DeviceFacts>("facts");
+        QTest::addColumn<QString>("expected");
+        DeviceFacts missing;
+        QTest::newRow("missing device")
+            << missing
+            << QStringLiteral("Problem: /dev/ttyUSB0 does not exist. Fix: plug the adapter in");
+        QTest::newRow("not in the group")
+            << dialoutDevice()
+            << QStringLiteral(
+                   "you are not in the group dialout. Fix: run  sudo usermod -aG "
+                   "dialout alice  then log out and in again.");
+        DeviceFacts notYet = dialoutDevice();
+        notYet.memberGroups << QStringLiteral("dialout");
+        QTest::newRow("group not yet in this login")
+            << notYet << QStringLiteral("this login does not have it yet");
+        DeviceFacts foreign = dialoutDevice();
+        foreign.owner = QStringLiteral("bob");
+        foreign.mode = 0600;
+        QTest::newRow("owned by another user, mode 600")
+            << foreign
+            << QStringLiteral(
+                   "(owner bob, group dialout, mode 600). Fix: run  "
+                   "sudo chmod 666 /dev/ttyUSB0");
+        DeviceFacts busy = dialoutDevice();
+        busy.mayOpen = true;
+        busy.holders = {{4242, QStringLiteral("minicom")}};
+        QTest::newRow("busy") << busy
+                              << QStringLiteral(
+                                     "Problem: /dev/ttyUSB0 is in use by minicom "
+                                     "(process 4242). Fix: close that program, or "
+                                     "run  kill 4242");
+        DeviceFacts stale = busy;
+        stale.holders.clear();
+        stale.lock = DeviceLock{QStringLiteral("/var/lock/LCK..ttyUSB0"), 999, false, {}};
+        QTest::newRow("stale lock") << stale
+                                    << QStringLiteral(
+                                           "was left by process 999, which no longer "
+                                           "runs. Fix: run  sudo rm "
+                                           "/var/lock/LCK..ttyUSB0");
+        DeviceFacts brltty = stale;
+        brltty.lock.reset();
+        brltty.brlttyInstalled = true;
+        QTest::newRow("brltty") << brltty << QStringLiteral("sudo apt remove brltty");
+    }
+    void findingNamesProblemAndFix() {
+        QFETCH(DeviceFacts, facts);
+        QFETCH(QString, expected);
+        const QStringList found = lines(ConnectionCheck::deviceFindings(kDevice, facts));
+        QVERIFY2(found.join('\n').contains(expected), qPrintable(found.join('\n')));
+        QVERIFY(ConnectionCheck::hasProblem(ConnectionCheck::deviceFindings(kDevice, facts)));
+        // Every finding in Japanese too.
+        for (const Finding& f : ConnectionCheck::deviceFindings(kDevice, facts))
+            QVERIFY(!f.text(1).contains(QLatin1String("%")));
+    }
+
+    // The facts of the real system: a device that is not there, and a pty another process holds.
+    void realSystemMissingAndBusy() {
+        const QString missing = QStringLiteral("/dev/ttyVeloraNone");
+        LinkState link;
+        const OpenResult opened = createTransport(BackEnd::Rs232, link)->open(missing, 9600);
+        QVERIFY(!opened.ok);
+        QVERIFY2(opened.reason.endsWith(TextCatalogue::text(0, 1943).arg(missing)),
+                 qPrintable(opened.reason));  // the open failure says what to do
+
+        PtyPair pty;
+        QProcess holder;
+        holder.setStandardInputFile(pty.slavePath());
+        holder.start(QStringLiteral("sleep"), {QStringLiteral("5")});
+        QVERIFY(holder.waitForStarted());
+        const qint64 pid = holder.processId();
+        const QString found = lines(ConnectionCheck::deviceFindings(
+                                        pty.slavePath(), gatherDeviceFacts(pty.slavePath())))
+                                  .join('\n');
+        holder.kill();
+        holder.waitForFinished();
+        QVERIFY2(found.contains(QStringLiteral("is in use by sleep (process %1)").arg(pid)),
+                 qPrintable(found));
+    }
+
+    // Through the real port against the simulated drive; a drive that is silent offers a search.
+    void lineTestHearsTheDrive() {
+        sim::SimOptions options;
+        options.fast = true;
+        sim::SimulatedLine line(options);
+        QVERIFY(line.open());
+        const CheckTarget target{line.devicePath(), 0, 9600};
+        QList<Finding> findings = ConnectionCheck().run(target);
+        QVERIFY2(!ConnectionCheck::hasProblem(findings), qPrintable(lines(findings).join('\n')));
+        QVERIFY(lines(findings).contains(QStringLiteral(
+            "OK: A drive answered on axis 0 at 9600 baud (software version 1.10).")));
+        line.setCablePulled(true);
+        findings = ConnectionCheck().run(target);
+        QVERIFY(ConnectionCheck::driveSilent(findings));
+    }
+
+    // The adapter is pulled out while the monitor runs and comes back on another device: the
+    // link notices at once, says so on the status bar only, and resumes polling there.
+    void replugReopensAndResumes() {
+        auto pty = std::make_unique<PtyPair>();
+        Global global;
+        LinkState& link = global.Link;
+        FakeLinkUi ui;
+        LinkEngine engine(link, ui, LinkEngine::Ticks::Manual);
+        engine.setTransport(createTransport(BackEnd::Rs232, link));
+        QString location = pty->slavePath();
+        global.Connection.AdapterSerial = QStringLiteral("FT1234");
+        AdapterWatch watch(engine, global.Connection);
+        watch.setRecheckIntervalMs(20);
+        watch.setPortLister([&location] {
+            PortHint adapter;
+            adapter.serialNumber = QStringLiteral("FT1234");
+            adapter.systemLocation = location;
+            return QList<PortHint>{adapter};
+        });
+        QStringList notes;
+        connect(&watch, &AdapterWatch::note, this, [&notes](const QString& t) { notes << t; });
+        engine.setDeviceOverride(location);
+        engine.start(250);
+        QVERIFY(link.PortOpen);
+        QVERIFY(pty->read(5).contains("0ma"));
+
+        const QString oldDevice = location;
+        location.clear();  // unplugged: the system lists no such adapter
+        pty.reset();
+        QVERIFY(QTest::qWaitFor([&] { return watch.waiting(); }, 2000));
+        QVERIFY(!link.PortOpen);
+        QCOMPARE(notes.value(0), TextCatalogue::text(0, 1961).arg(oldDevice));
+        engine.tick();
+        engine.tick();  // the polls of the cycle go nowhere, silently
+
+        PtyPair second;  // plugged in again
+        location = second.slavePath();
+        QVERIFY(QTest::qWaitFor([&] { return link.PortOpen; }, 2000));
+        QVERIFY(second.read(5).contains("0ma"));  // the monitor resumes
+        QVERIFY(!watch.waiting());
+        QVERIFY(notes.size() == 2 && notes[1].contains(location));
+        QVERIFY(ui.messages.isEmpty());
+    }
+};
+
+QTEST_MAIN(TestConnection)
+#include "tst_connection.moc"
