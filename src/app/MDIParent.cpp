@@ -264,6 +264,13 @@ void MDIParent::startUp() {
     applyBackEnd(engine_, setup_.transports);
     engine_.start(global_.RetryTime);
     rememberAdapter();
+    if (s.Online && !s.PortOpen) {
+        // The USB adapter's failure shows no message; the bar still says why and what to do.
+        const OpenResult& failed = engine_.lastOpen();
+        systemBar_->setConnectionNote(
+            failed.device + QStringLiteral(": ") +
+            QString(failed.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    }
     if (!s.Online)
         CaptionOffLineChange(s.LanguageId, 1);
 
