@@ -16,6 +16,8 @@ PortListView::PortListView(QWidget* parent) : QTreeWidget(parent) {
     // A few rows are enough; a long list scrolls rather than pushing the dialog off a small
     // screen.
     setMaximumHeight(fontMetrics().height() * 8);
+    // Wide enough for the device, its description and its USB ID side by side.
+    setMinimumWidth(fontMetrics().averageCharWidth() * 72);
     connect(this, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
         const int row = indexOfTopLevelItem(item);
         if (row >= 0 && row < ports_.size())
