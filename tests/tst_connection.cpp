@@ -145,8 +145,8 @@ private slots:
         QVERIFY(ConnectionCheck::driveSilent(findings));
     }
 
-    // The adapter is pulled out while the monitor runs and comes back on another device: the
-    // link notices at once, says so on the status bar only, and resumes polling there.
+    // The adapter is found at start under another device, is pulled out while the monitor runs
+    // and comes back: the link notices at once, says so on the status bar only, and resumes.
     void replugReopensAndResumes() {
         auto pty = std::make_unique<PtyPair>();
         Global global;
@@ -166,7 +166,12 @@ private slots:
         });
         QStringList notes;
         connect(&watch, &AdapterWatch::note, this, [&notes](const QString& t) { notes << t; });
-        engine.setDeviceOverride(location);
+        // The settings name a device the adapter is no longer on: it is found by its number.
+        engine.setDeviceOverride(QStringLiteral("/dev/ttyUSB7"));
+        watch.locate();
+        QCOMPARE(engine.device(), location);
+        QCOMPARE(notes.takeFirst(),
+                 TextCatalogue::text(0, 1963).arg(u"FT1234", location, u"/dev/ttyUSB7"));
         engine.start(250);
         QVERIFY(link.PortOpen);
         QVERIFY(pty->read(5).contains("0ma"));
