@@ -12,6 +12,11 @@
 
 #include <memory>
 
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace velora;
 using velora::test::FakeLinkUi;
 using velora::test::PtyPair;
@@ -129,6 +134,43 @@ private slots:
                  qPrintable(found));
     }
 
+    // A pty of mode 600 owned by root, checked by an unprivileged user: only root can set that
+    // up, so the check runs in a child process that drops to "nobody".
+    void realPermissionProblem() {
+        if (::geteuid() != 0)
+            QSKIP("needs root to hand the device to another user; the facts table covers it");
+        PtyPair pty;
+        QVERIFY(::chmod(QFile::encodeName(pty.slavePath()).constData(), 0600) == 0);
+        int fds[2];
+        QVERIFY(::pipe(fds) == 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::close(fds[0]);
+            const bool dropped =
+                ::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0;
+            const QByteArray found =
+                dropped ? lines(ConnectionCheck::deviceFindings(pty.slavePath(),
+                                                                gatherDeviceFacts(pty.slavePath())))
+                              .join('\n')
+                              .toUtf8()
+                        : QByteArray("could not drop privileges");
+            [[maybe_unused]] const auto n = ::write(fds[1], found.constData(), found.size());
+            ::_exit(0);
+        }
+        ::close(fds[1]);
+        QFile output;
+        QVERIFY(output.open(fds[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+        const QString found = QString::fromUtf8(output.readAll());
+        ::waitpid(child, nullptr, 0);
+        const QString device = pty.slavePath();
+        QVERIFY2(
+            found.contains(
+                QStringLiteral("Problem: You may not open %1 (owner root, group ").arg(device)) &&
+                found.contains(
+                    QStringLiteral("mode 600). Fix: run  sudo chmod 666 %1").arg(device)),
+            qPrintable(found));
+    }
+
     // Through the real port against the simulated drive; a drive that is silent offers a search.
     void lineTestHearsTheDrive() {
         sim::SimOptions options;
@@ -136,12 +178,16 @@ private slots:
         sim::SimulatedLine line(options);
         QVERIFY(line.open());
         const CheckTarget target{line.devicePath(), 0, 9600};
-        QList<Finding> findings = ConnectionCheck().run(target);
+        // A short wait: the simulated drive answers within milliseconds.
+        const ConnectionCheck check(&gatherDeviceFacts, [](const CheckTarget& t) {
+            return runLineTest(t.device, t.axis, t.baud, 300);
+        });
+        QList<Finding> findings = check.run(target);
         QVERIFY2(!ConnectionCheck::hasProblem(findings), qPrintable(lines(findings).join('\n')));
         QVERIFY(lines(findings).contains(QStringLiteral(
             "OK: A drive answered on axis 0 at 9600 baud (software version 1.10).")));
         line.setCablePulled(true);
-        findings = ConnectionCheck().run(target);
+        findings = check.run(target);
         QVERIFY(ConnectionCheck::driveSilent(findings));
     }
 
