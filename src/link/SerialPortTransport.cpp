@@ -5,6 +5,8 @@
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 
+#include <QTimer>
+
 namespace velora {
 
 SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
@@ -14,12 +16,18 @@ SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
 }
 
 void SerialPortTransport::onPortError(QSerialPort::SerialPortError error) {
-    // Reported once: the port is closed at once, so no further errors follow from it.
-    if (error == QSerialPort::ResourceError && port_.isOpen()) {
-        const QString reason = port_.errorString();
+    if (error != QSerialPort::ResourceError || !port_.isOpen() || lossPending_)
+        return;
+    lossPending_ = true;
+    // Closed from the event loop: the port reports this from inside its own read, which must
+    // finish on an open port.
+    QTimer::singleShot(0, this, [this, reason = port_.errorString()] {
+        lossPending_ = false;
+        if (!port_.isOpen())
+            return;  // closed on purpose meanwhile
         port_.close();
         emit portLost(reason);
-    }
+    });
 }
 
 OpenResult SerialPortTransport::open(const QString& device, int baudRate) {

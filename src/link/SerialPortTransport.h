@@ -37,6 +37,7 @@ private:
 
     QSerialPort port_;
     LowLatency lowLatency_ = LowLatency::NotApplicable;
+    bool lossPending_ = false;
 };
 
 }  // namespace velora
