@@ -136,10 +136,10 @@ QList<Finding> ConnectionCheck::run(const CheckTarget& target) const {
         return findings;
     const LineTestResult line = lineTest_(target);
     if (line.answered) {
-        // Another program has the device open as well, yet the drive answers: worth knowing,
-        // not a fault (the simulator holds its own line this way).
+        // Another program has the device open or locked as well, yet the drive answers: worth
+        // knowing, not a fault (the simulator holds its own line this way).
         for (Finding& finding : findings) {
-            if (finding.textId == kBusy)
+            if (finding.textId == kBusy || finding.textId == kLiveLock)
                 finding.verdict = Verdict::Note;
         }
     }

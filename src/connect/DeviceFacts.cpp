@@ -83,11 +83,19 @@ bool anyExists(std::initializer_list<const char*> paths) {
 std::optional<DeviceLock> findDeviceLock(const QString& device) {
 #ifdef Q_OS_UNIX
     // The directories serial programs lock in, QSerialPort's first among them.
-    const QStringList directories{
-        QStringLiteral("/var/lock"),       QStringLiteral("/run/lock"),
-        QStringLiteral("/etc/locks"),      QStringLiteral("/var/spool/locks"),
-        QStringLiteral("/var/spool/uucp"), QDir::tempPath()};
-    const QString name = QStringLiteral("LCK..") + QFileInfo(device).fileName();
+    const QStringList directories{QStringLiteral("/var/lock"),
+                                  QStringLiteral("/etc/locks"),
+                                  QStringLiteral("/var/spool/locks"),
+                                  QStringLiteral("/var/spool/uucp"),
+                                  QDir::tempPath(),
+                                  QStringLiteral("/var/tmp"),
+                                  QStringLiteral("/var/lock/lockdev"),
+                                  QStringLiteral("/run/lock")};
+    // Named after the device below /dev, a slash made an underscore: LCK..ttyUSB0, LCK..pts_3.
+    QString port = device;
+    if (port.startsWith(QLatin1String("/dev/")))
+        port.remove(0, 5);
+    const QString name = QStringLiteral("LCK..") + port.replace(QLatin1Char('/'), QLatin1Char('_'));
     for (const QString& directory : directories) {
         const QString path = QDir(directory).filePath(name);
         QFile file(path);
