@@ -41,6 +41,8 @@ void PortListView::refresh(const QString& device) {
             name += QStringLiteral(" (%1)").arg(*number);
         auto* item = new QTreeWidgetItem(
             this, {name, port.description, port.manufacturer, port.usbId(), port.serialNumber});
+        // Which port number and back-end open it, in the words the comm settings use.
+        item->setToolTip(0, port.line());
         if (port.systemLocation == device)
             setCurrentItem(item);
     }
