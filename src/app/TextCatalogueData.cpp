@@ -400,7 +400,8 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1956, u"A drive answered on axis %1 at %2 baud (software version %3)."},
     {1957,
      u"No drive answered on axis %1 at %2 baud. Fix: check the cable and the drive's power, or "
-     u"search all axes and rates (Comm Settings, Search)."},
+     u"search all axes and rates (Comm Settings, Search; on the command line: velora --check "
+     u"--search)."},
     {1958, u"The line test could not open %1: %2"},
     {1959, u"Close"},
     {1960, u"The checks of device files, groups and processes do not apply on this system."},
@@ -421,6 +422,12 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1975, u"Note"},
     {1976, u"Skipped"},
     {1977, u"Checking the connection..."},
+    {1978,
+     u"Search: a drive answered on axis %1 at %2 baud. Fix: set this axis and rate in Comm "
+     u"Settings."},
+    {1979,
+     u"Search: no drive answered on any axis at any rate. Fix: check the cable's wiring and the "
+     u"drive's power."},
     // Japanese: Main window menus and captions.
     {2000, u"ﾌｧｲﾙ(&F)"},
     {2001, u"終了(&X)"},
@@ -814,8 +821,9 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2956, u"軸 %1、%2 bps でドライバが応答しました（ソフトウェアバージョン %3）。"},
     {2957,
      u"軸 %1、%2 bps でドライバが応答しません。対処: "
-     u"ケーブルとドライバの電源を確認するか、全軸・全通信速度を検索してください（通信設定の「検索」"
-     u"）。"},
+     u"ケーブルとドライバの電源を確認するか、全軸・全通信速度を検索してください（通信設定の「条件検"
+     u"索」、"
+     u"コマンドラインでは velora --check --search）。"},
     {2958, u"回線テストで %1 を開けませんでした: %2"},
     {2959, u"閉じる"},
     {2960, u"デバイスファイル・グループ・プロセスのチェックはこのシステムでは行いません。"},
@@ -836,6 +844,12 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2975, u"注意"},
     {2976, u"省略"},
     {2977, u"接続をチェックしています..."},
+    {2978,
+     u"検索: 軸 %1、%2 bps でドライバが応答しました。対処: "
+     u"通信設定でこの軸番号と通信速度を設定してください。"},
+    {2979,
+     u"検索: どの軸・通信速度でもドライバが応答しません。対処: "
+     u"ケーブルの配線とドライバの電源を確認してください。"},
 };
 
 const std::size_t kTextCount = std::size(kTexts);

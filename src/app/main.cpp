@@ -24,11 +24,16 @@ int runCheck(int argc, char* argv[]) {
                                    QStringLiteral("Check the connection and print the findings."));
     const QCommandLineOption port(QStringLiteral("port"), QStringLiteral("Check DEVICE."),
                                   QStringLiteral("DEVICE"));
+    const QCommandLineOption search(
+        QStringLiteral("search"),
+        QStringLiteral("When no drive answers, try every axis and rate."));
     parser.addOption(check);
     parser.addOption(port);
+    parser.addOption(search);
     parser.process(app);
     QTextStream out(stdout);
-    return velora::runCheckCommand(velora::SettingsStore(), parser.value(port), out);
+    return velora::runCheckCommand(velora::SettingsStore(), parser.value(port),
+                                   parser.isSet(search), out);
 }
 
 }  // namespace

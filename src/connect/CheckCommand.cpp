@@ -9,7 +9,8 @@
 
 namespace velora {
 
-int runCheckCommand(const SettingsStore& settings, const QString& device, QTextStream& out) {
+int runCheckCommand(const SettingsStore& settings, const QString& device, bool search,
+                    QTextStream& out) {
     Global global;
     settings.loadComAndLanguage(global);
     settings.loadConnection(global.Connection);
@@ -28,6 +29,16 @@ int runCheckCommand(const SettingsStore& settings, const QString& device, QTextS
     for (const Finding& finding : findings)
         out << finding.line(0) << '\n';
     out.flush();
+    if (search && ConnectionCheck::driveSilent(findings)) {
+        const std::optional<LineSearchHit> hit = searchLine(target.device, s.UsbMode);
+        const Finding found =
+            hit ? Finding{Finding::Verdict::Note,
+                          1978,
+                          {QString::number(hit->axis), QString::number(hit->baud)}}
+                : Finding{Finding::Verdict::Problem, 1979, {}};
+        out << found.line(0) << '\n';
+        out.flush();
+    }
     return ConnectionCheck::hasProblem(findings) ? 1 : 0;
 }
 

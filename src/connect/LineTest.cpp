@@ -1,5 +1,6 @@
 #include "connect/LineTest.h"
 
+#include "app/PortSearch.h"
 #include "link/SerialPortTransport.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
@@ -39,6 +40,20 @@ LineTestResult runLineTest(const QString& device, int axis, int baud, int timeou
     }
     port->close();
     return result;
+}
+
+std::optional<LineSearchHit> searchLine(const QString& device, bool usb, int probeTimeoutMs) {
+    for (int r = 0; r < PortSearch::rateCount(usb); ++r) {
+        const int baud = PortSearch::rate(r);
+        for (int axis = 0; axis < wire::AllAxes; ++axis) {
+            const LineTestResult probe = runLineTest(device, axis, baud, probeTimeoutMs);
+            if (!probe.open.ok)
+                return std::nullopt;
+            if (probe.answered)
+                return LineSearchHit{axis, baud};
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace velora

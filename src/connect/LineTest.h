@@ -3,6 +3,8 @@
 #include "connect/LowLatency.h"
 #include "link/Transport.h"
 
+#include <optional>
+
 namespace velora {
 
 // What the line test heard: whether the port opened, whether the drive answered the
@@ -19,5 +21,16 @@ struct LineTestResult {
 // processed meanwhile. The port is closed again before it returns.
 [[nodiscard]] LineTestResult runLineTest(const QString& device, int axis, int baud,
                                          int timeoutMs = 1500);
+
+// Where a drive answers: the first axis and rate at which the identification was answered.
+struct LineSearchHit {
+    int axis = 0;
+    int baud = 0;
+};
+
+// Tries axes 0 to 14 at each rate from 9600 to 115200 (to 38400 through a USB adapter), like the
+// port search of the comm settings, waiting probeTimeoutMs for each answer.
+[[nodiscard]] std::optional<LineSearchHit> searchLine(const QString& device, bool usb,
+                                                      int probeTimeoutMs = 150);
 
 }  // namespace velora
