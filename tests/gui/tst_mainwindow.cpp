@@ -1,5 +1,6 @@
 #include "app/ChildWindow.h"
 #include "app/CommSettings.h"
+#include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
 #include "link/SystemBar.h"
 
@@ -10,6 +11,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QtTest>
 
 using namespace velora;
@@ -188,6 +191,39 @@ private slots:
         rig.engine().HideDialog();
         QVERIFY(!busy->isVisible());
         QVERIFY(!rig.link().BusyDialogShown);
+    }
+
+    // The check lets go of the link's port while it looks, takes it back after, and offers the
+    // port search when the drive was silent.
+    void connectionCheckFromTheSystemMenu() {
+        ShellRig rig;
+        rig.start();
+        auto* dialog = rig.window->connectionCheck();
+        QStringList checked;
+        bool heldDuringCheck = true;
+        dialog->setCheck(ConnectionCheck(
+            [&](const QString& device) {
+                checked << device;
+                heldDuringCheck = rig.port()->isOpen();
+                DeviceFacts facts;
+                facts.exists = facts.mayOpen = true;
+                return facts;
+            },
+            [](const CheckTarget&) {
+                LineTestResult silent;
+                silent.open.ok = true;
+                return silent;
+            }));
+        rig.find<QAction>(u"mnuSystemCheck"_s)->trigger();
+        QCOMPARE(checked, QStringList{rig.engine().device()});
+        QVERIFY(!heldDuringCheck);
+        QVERIFY(rig.port()->isOpen() && rig.link().PortOpen);
+        QVERIFY(rig.find<QPlainTextEdit>(u"TxtFindings"_s, dialog)
+                    ->toPlainText()
+                    .endsWith(u"Problem: "_s + en(1957).arg(u"0", u"9600")));
+        rig.find<QPushButton>(u"CmdCheckSearch"_s, dialog)->click();
+        QVERIFY(!dialog->isVisible());
+        QVERIFY(rig.window->commSettings()->isVisible() && rig.link().Searching);
     }
 
     void echoSwitchOnTheComLabel() {
