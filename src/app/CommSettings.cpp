@@ -222,7 +222,8 @@ void CommSettings::fillPortList() {
 void CommSettings::onPortChosen(const PortHint& port) {
     LblPortChoice->clear();
     const std::optional<int> number = port.portNumber();
-    if (!number) {
+    // Beyond the numbers the box takes, a device is opened by its name as well.
+    if (!number || *number > kMaxPortNumber) {
         deviceChoice_ = port.systemLocation;
         LblPortChoice->setText(
             TextCatalogue::text(global_.Link.LanguageId, 1971).arg(port.systemLocation));
