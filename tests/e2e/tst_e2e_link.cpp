@@ -75,6 +75,7 @@ private slots:
         sim.line.setCablePulled(false);
         sim.ticks(2);
         QCOMPARE(sim.link.MissedPolls, 0);
+        QVERIFY(sim.ui.messages.isEmpty());  // a pulled cable is no reason for a message box
     }
 
     void refusedCommandShowsReason() {
