@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
 #include <grp.h>
 #include <pwd.h>
 #include <signal.h>
@@ -19,7 +19,7 @@ namespace velora {
 
 namespace {
 
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
 
 QString processName(qint64 pid) {
     QFile comm(QStringLiteral("/proc/%1/comm").arg(pid));
@@ -81,7 +81,7 @@ bool anyExists(std::initializer_list<const char*> paths) {
 }  // namespace
 
 std::optional<DeviceLock> findDeviceLock(const QString& device) {
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
     // The directories serial programs lock in, QSerialPort's first among them.
     const QStringList directories{QStringLiteral("/var/lock"),
                                   QStringLiteral("/etc/locks"),
@@ -118,7 +118,7 @@ std::optional<DeviceLock> findDeviceLock(const QString& device) {
 
 DeviceFacts gatherDeviceFacts(const QString& device) {
     DeviceFacts facts;
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_LINUX
     struct stat st {};
     facts.exists = ::stat(QFile::encodeName(device).constData(), &st) == 0;
     const passwd* me = ::getpwuid(::getuid());

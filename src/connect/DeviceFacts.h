@@ -25,7 +25,8 @@ struct DeviceLock {
 // What the system says about a serial device and the user who wants to open it: the inputs of
 // the connection check. Gathered from the system by gatherDeviceFacts(); tests fill it by hand.
 struct DeviceFacts {
-    // False where device files, groups and /proc do not exist (Windows): those checks are skipped.
+    // False where device files, groups and /proc cannot be read as on Linux (Windows): those
+    // checks are skipped.
     bool applies = true;
     bool exists = false;
     QString owner;
