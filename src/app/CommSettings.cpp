@@ -3,6 +3,7 @@
 #include "app/FieldCheck.h"
 #include "app/MessageBoxes.h"
 #include "app/PortHint.h"
+#include "app/PortListView.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "link/WireFormat.h"
@@ -18,7 +19,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
-#include <QSerialPortInfo>
 #include <QShowEvent>
 
 namespace velora {
@@ -87,9 +87,18 @@ void CommSettings::buildLayout() {
     Label4 = label(QStringLiteral("Label4"));
     TxtCOMnum = new QLineEdit(this);
     TxtCOMnum->setObjectName(QStringLiteral("TxtCOMnum"));
-    PortList = label(QStringLiteral("PortList"));
-    PortList->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    PortList->setStyleSheet(QStringLiteral("QLabel { color: palette(mid); }"));
+    Label6 = label(QStringLiteral("Label6"));
+    PortList = new PortListView(this);
+    Label6->setBuddy(PortList);
+    CmdPortRefresh = button(QStringLiteral("CmdPortRefresh"));
+    LblPortChoice = label(QStringLiteral("LblPortChoice"));
+    LblPortChoice->setWordWrap(true);
+    connect(PortList, &PortListView::portChosen, this, &CommSettings::onPortChosen);
+    connect(CmdPortRefresh, &QPushButton::clicked, this, &CommSettings::fillPortList);
+    connect(TxtCOMnum, &QLineEdit::textEdited, this, [this] {
+        deviceChoice_ = QString();
+        LblPortChoice->clear();
+    });
     Label1 = label(QStringLiteral("Label1"));
     TextAxisNum = new QLineEdit(this);
     TextAxisNum->setObjectName(QStringLiteral("TextAxisNum"));
@@ -107,7 +116,12 @@ void CommSettings::buildLayout() {
 
     grid->addWidget(Label4, 1, 0);
     grid->addWidget(TxtCOMnum, 1, 1);
-    grid->addWidget(PortList, 2, 1, 1, 2);
+    auto* ports = new QGridLayout;
+    ports->addWidget(Label6, 0, 0);
+    ports->addWidget(CmdPortRefresh, 0, 1, Qt::AlignRight);
+    ports->addWidget(PortList, 1, 0, 1, 2);
+    ports->addWidget(LblPortChoice, 2, 0, 1, 2);
+    grid->addLayout(ports, 2, 0, 1, 3);
     grid->addWidget(Label1, 3, 0);
     grid->addWidget(TextAxisNum, 3, 1);
     grid->addWidget(Label2, 4, 0);
@@ -150,6 +164,9 @@ void CommSettings::LanguageSelect(int languageId) {
     Command[2]->setText(TextCatalogue::text(languageId, 1207));
     CmdSrch->setText(TextCatalogue::text(languageId, 1208));
     Label5->clear();
+    Label6->setText(TextCatalogue::text(languageId, 1970));
+    CmdPortRefresh->setText(TextCatalogue::text(languageId, 1969));
+    PortList->LanguageSelect(languageId);
 }
 
 void CommSettings::showEvent(QShowEvent* event) {
@@ -180,6 +197,7 @@ void CommSettings::activate() {
     CmdReplyWait->setEnabled(s.Online && s.PortOpen);
     setSearchingLook(false);
     LanguageSelect(s.LanguageId);
+    deviceChoice_.reset();
     fillPortList();
     savedRealTimeMonitor_ = s.RealTimeMonitor;
     s.RealTimeMonitor = false;
@@ -198,18 +216,28 @@ void CommSettings::selectBaud(const QString& rate) {
 }
 
 void CommSettings::fillPortList() {
-    QStringList lines;
-    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
-        PortHint hint{info.portName(), info.description(), std::nullopt, std::nullopt};
-        if (info.hasVendorIdentifier() && info.hasProductIdentifier()) {
-            hint.vendorId = info.vendorIdentifier();
-            hint.productId = info.productIdentifier();
-        }
-        lines << hint.line();
+    PortList->refresh(deviceChoice_.value_or(engine_.device()));
+    LblPortChoice->clear();
+}
+
+void CommSettings::onPortChosen(const PortHint& port) {
+    LblPortChoice->clear();
+    const std::optional<int> number = port.portNumber();
+    // Beyond the numbers the box takes, a device is opened by its name as well.
+    if (!number || *number > kMaxPortNumber) {
+        deviceChoice_ = port.systemLocation;
+        LblPortChoice->setText(
+            TextCatalogue::text(global_.Link.LanguageId, 1971).arg(port.systemLocation));
+        return;
     }
-    PortList->setText(lines.join(QLatin1Char('\n')));
-    PortList->setVisible(!lines.isEmpty());
-    TxtCOMnum->setAccessibleDescription(PortList->text());
+    // The number alone opens it, through the back-end its name belongs to.
+    deviceChoice_ = QString();
+    TxtCOMnum->setText(QString::number(*number));
+    const bool usb = port.portName.startsWith(QLatin1String("ttyUSB"));
+    if (usb || port.portName.startsWith(QLatin1String("ttyS"))) {
+        OpUsbRs232c[usb ? 1 : 0]->setChecked(true);
+        OpUsbRs232c_Click(usb ? 1 : 0);
+    }
 }
 
 bool CommSettings::usbChosen() const {
@@ -285,9 +313,13 @@ void CommSettings::applySettings() {
     s.AxisNumber = TextAxisNum->text().toInt();
     s.BaudRate = ComboBaud->currentText();
 
+    const QString previousDevice = engine_.deviceOverride();
+    if (deviceChoice_)
+        engine_.setDeviceOverride(*deviceChoice_);
     applyBackEnd(engine_, transports_);
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
+        engine_.setDeviceOverride(previousDevice);
         // The USB adapter's driver reports nothing the user could act on.
         if (!s.UsbMode) {
             engine_.showError(TextCatalogue::text(s.LanguageId, 1702) + QLatin1Char('\n') +
@@ -298,6 +330,8 @@ void CommSettings::applySettings() {
         TxtCOMnum->setText(QString::number(previousPort));
         return;
     }
+    if (deviceChoice_)
+        global_.Connection.Device = *deviceChoice_;
     emit axisNumberApplied(s.AxisNumber);
     if (s.AxisNumber != wire::AllAxes)
         engine_.EnableControls(true);

@@ -6,6 +6,7 @@
 #include <QDialog>
 
 #include <array>
+#include <optional>
 
 class QComboBox;
 class QLabel;
@@ -16,6 +17,8 @@ class QRadioButton;
 namespace velora {
 
 class LinkEngine;
+class PortListView;
+struct PortHint;
 class MessageBoxes;
 struct Global;
 
@@ -61,6 +64,7 @@ private:
     void fillBaudList(bool usb);
     void selectBaud(const QString& rate);
     void fillPortList();
+    void onPortChosen(const PortHint& port);
     [[nodiscard]] bool usbChosen() const;
 
     void OpUsbRs232c_Click(int index);
@@ -84,6 +88,9 @@ private:
     PortSearch search_;
     bool savedRealTimeMonitor_ = true;
     bool placed_ = false;
+    // A device chosen in the port list: empty for "the port number's device"; unset while the
+    // user has not touched the port.
+    std::optional<QString> deviceChoice_;
 
     std::array<QRadioButton*, 2> OpUsbRs232c{};
     QLabel* Label1 = nullptr;
@@ -91,7 +98,10 @@ private:
     QLabel* Label3 = nullptr;
     QLabel* Label4 = nullptr;
     QLabel* Label5 = nullptr;
-    QLabel* PortList = nullptr;
+    QLabel* Label6 = nullptr;
+    PortListView* PortList = nullptr;
+    QPushButton* CmdPortRefresh = nullptr;
+    QLabel* LblPortChoice = nullptr;
     QLineEdit* TxtCOMnum = nullptr;
     QLineEdit* TextAxisNum = nullptr;
     QComboBox* ComboBaud = nullptr;

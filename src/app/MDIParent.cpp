@@ -3,6 +3,7 @@
 #include "app/CommSettings.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComTblWindow.h"
+#include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
 #include "link/InComDialog.h"
 #include "link/SystemBar.h"
@@ -26,6 +27,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -83,13 +85,15 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       commands_(engine_, global.Com),
       monitor_(engine_),
       alarms_(engine_, global.Alarms),
-      wave_(engine_, global) {
+      wave_(engine_, global),
+      adapterWatch_(engine_, global.Connection) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
     buildWindows();
     buildMenus();
     connectReplyFamilies();
+    buildConnectionCare();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
     fitToScreen();
 }
@@ -161,6 +165,30 @@ void MDIParent::connectReplyFamilies() {
     // The monitor switch cannot change while a capture holds the line.
     connect(&wave_, &WaveCapture::armed, numMonitor_,
             [this] { numMonitor_->setMonitorSwitchEnabled(false); });
+}
+
+void MDIParent::buildConnectionCare() {
+    checkDialog_ = new ConnectionCheckDialog(engine_, this);
+    mnuSystemCheck = named(new QAction(this), QStringLiteral("mnuSystemCheck"));
+    mnuSystem->insertAction(mnuSystemItem[1], mnuSystemCheck);
+    connect(mnuSystemCheck, &QAction::triggered, this, [this] { showModal(checkDialog_); });
+    connect(checkDialog_, &ConnectionCheckDialog::searchRequested, this, [this] {
+        showModal(commSettings_);
+        if (auto* search = commSettings_->findChild<QPushButton*>(QStringLiteral("CmdSrch"));
+            search && search->isEnabled())
+            search->click();
+    });
+    connect(&adapterWatch_, &AdapterWatch::note, systemBar_, &SystemBar::setConnectionNote);
+    connect(commSettings_, &CommSettings::onlineChanged, this, [this](bool online) {
+        if (online)
+            rememberAdapter();
+    });
+}
+
+void MDIParent::rememberAdapter() {
+    // The simulated drive's pseudo-terminal is no adapter of the user's.
+    if (global_.Link.PortOpen && setup_.simulatedDevice.isEmpty())
+        adapterWatch_.rememberOpenedAdapter();
 }
 
 void MDIParent::buildWindows() {
@@ -269,6 +297,7 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemItem[4]->setText(TextCatalogue::text(languageId, 1008));
     mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
     mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
+    mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -315,12 +344,26 @@ void MDIParent::startUp() {
     systemBar_->LanguageSelect(s.LanguageId);
     systemBar_->setClock(engine_.now());
     global_.RetryTime = setup_.settings.loadRetryTime();
+    setup_.settings.loadConnection(global_.Connection);
+    if (setup_.deviceOverride.isEmpty()) {
+        // A device chosen from the port list, or the remembered adapter where it is now.
+        engine_.setDeviceOverride(global_.Connection.Device);
+        adapterWatch_.locate();
+    }
     applyBackEnd(engine_, setup_.transports);
     engine_.start(global_.RetryTime);
     // Without the monitor no reply comes unasked to unlock the windows: they are usable as
     // soon as the port is open.
     if (s.Online && s.PortOpen && !s.RealTimeMonitor)
         engine_.EnableControls(true);
+    rememberAdapter();
+    if (s.Online && !s.PortOpen) {
+        // The USB adapter's failure shows no message; the bar still says why and what to do.
+        const OpenResult& failed = engine_.lastOpen();
+        systemBar_->setConnectionNote(
+            failed.device + QStringLiteral(": ") +
+            QString(failed.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    }
     if (!s.Online)
         CaptionOffLineChange(s.LanguageId, 1);
 
@@ -427,7 +470,7 @@ void MDIParent::closeEvent(QCloseEvent* event) {
         saveAllSettings();
     }
     for (QDialog* dialog :
-         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_})
+         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_})
         dialog->hide();
     QMainWindow::closeEvent(event);
 }

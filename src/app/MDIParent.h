@@ -5,6 +5,7 @@
 #include "app/ShellSetup.h"
 #include "app/ToolkitTexts.h"
 #include "comtable/ComTransfer.h"
+#include "connect/AdapterWatch.h"
 #include "link/LinkEngine.h"
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
@@ -27,6 +28,7 @@ class ChildWindow;
 class ComConsoleWindow;
 class ComTblWindow;
 class CommSettings;
+class ConnectionCheckDialog;
 class HMonWindow;
 class IOStatusWindow;
 class InComDialog;
@@ -73,6 +75,8 @@ public:
     [[nodiscard]] AlarmMonitor& alarmMonitor() { return alarms_; }
     [[nodiscard]] WaveCapture& waveCapture() { return wave_; }
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
+    [[nodiscard]] AdapterWatch& adapterWatch() { return adapterWatch_; }
+    [[nodiscard]] ConnectionCheckDialog* connectionCheck() const { return checkDialog_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
 
@@ -94,6 +98,8 @@ private:
     void mnuSystemLang_Click(int index);
     void softwareVersionChange();
     void showModal(QDialog* dialog);
+    void buildConnectionCare();
+    void rememberAdapter();
 
     Global& global_;
     ShellSetup setup_;
@@ -110,6 +116,7 @@ private:
     RealTimeMonitor monitor_;
     AlarmMonitor alarms_;
     WaveCapture wave_;
+    AdapterWatch adapterWatch_;
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
@@ -128,6 +135,7 @@ private:
     CommSettings* commSettings_ = nullptr;
     OptionDialog* optionDialog_ = nullptr;
     VersionDialog* versionDialog_ = nullptr;
+    ConnectionCheckDialog* checkDialog_ = nullptr;
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileItem0 = nullptr;
@@ -136,6 +144,7 @@ private:
     std::array<QAction*, 5> mnuSystemItem{};
     QMenu* mnuLanguage = nullptr;
     std::array<QAction*, 2> mnuSystemLang{};
+    QAction* mnuSystemCheck = nullptr;
 };
 
 }  // namespace velora

@@ -1,6 +1,7 @@
 #include "app/PortHint.h"
 
 #include <QRegularExpression>
+#include <QSerialPortInfo>
 
 namespace velora {
 
@@ -26,12 +27,31 @@ QString PortHint::line() const {
     }
     if (!description.isEmpty())
         text += QStringLiteral("  ") + description;
-    if (vendorId && productId) {
-        text += QStringLiteral("  (USB %1:%2)")
-                    .arg(*vendorId, 4, 16, QLatin1Char('0'))
-                    .arg(*productId, 4, 16, QLatin1Char('0'));
-    }
+    if (vendorId && productId)
+        text += QStringLiteral("  (USB %1)").arg(usbId());
     return text;
+}
+
+QString PortHint::usbId() const {
+    if (!vendorId || !productId)
+        return QString();
+    return QStringLiteral("%1:%2")
+        .arg(*vendorId, 4, 16, QLatin1Char('0'))
+        .arg(*productId, 4, 16, QLatin1Char('0'));
+}
+
+QList<PortHint> PortHint::systemPorts() {
+    QList<PortHint> ports;
+    for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+        PortHint hint{info.portName(),     info.description(),  std::nullopt,         std::nullopt,
+                      info.manufacturer(), info.serialNumber(), info.systemLocation()};
+        if (info.hasVendorIdentifier() && info.hasProductIdentifier()) {
+            hint.vendorId = info.vendorIdentifier();
+            hint.productId = info.productIdentifier();
+        }
+        ports.append(hint);
+    }
+    return ports;
 }
 
 }  // namespace velora

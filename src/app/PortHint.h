@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -13,12 +14,20 @@ struct PortHint {
     QString description;  // what the system calls it; may be empty
     std::optional<quint16> vendorId;
     std::optional<quint16> productId;
+    QString manufacturer;
+    QString serialNumber;    // the USB adapter's own serial number; may be empty
+    QString systemLocation;  // the device to open: "/dev/ttyUSB0", "\\\\.\\COM3"
+
+    // The serial ports the system has now.
+    [[nodiscard]] static QList<PortHint> systemPorts();
 
     // The port number that opens this device: COMn is n; ttySn and ttyUSBn are n + 1 (the
     // RS-232C and USB-RS232C back-ends count from 1). Other devices have no number.
     [[nodiscard]] std::optional<int> portNumber() const;
     // "1 (USB-RS232C): ttyUSB0  FT232R USB UART  (USB 0403:6001)"
     [[nodiscard]] QString line() const;
+    // "0403:6001", or empty when the port is not a USB device.
+    [[nodiscard]] QString usbId() const;
 };
 
 }  // namespace velora

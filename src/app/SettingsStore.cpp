@@ -18,6 +18,7 @@ const QString kSiblingApplication = QStringLiteral("Halvern Electronics Velora I
 const QString kComGroup = QStringLiteral("COMSetting");
 const QString kLanguageGroup = QStringLiteral("Language");
 const QString kWaveGroup = QStringLiteral("WaveMonSettings");
+const QString kConnectionGroup = QStringLiteral("Connection");
 
 constexpr int kInt16Min = -32768;
 constexpr int kInt16Max = 32767;
@@ -134,6 +135,14 @@ void SettingsStore::loadWaveMon(WaveMonSettings& wave) const {
     wave.Zero1 = group.integer(QStringLiteral("Zero1"), 50);
 }
 
+void SettingsStore::loadConnection(ConnectionMemory& memory) const {
+    const std::unique_ptr<QSettings> settings = open(kApplication);
+    const GroupReader group(*settings, kConnectionGroup);
+    memory.Device = group.text(QStringLiteral("Device")).trimmed();
+    memory.AdapterSerial = group.text(QStringLiteral("AdapterSerial")).trimmed();
+    memory.AdapterDevice = group.text(QStringLiteral("AdapterDevice")).trimmed();
+}
+
 void SettingsStore::saveAll(const Global& global) const {
     const std::unique_ptr<QSettings> settings = open(kApplication);
     const LinkState& link = global.Link;
@@ -171,6 +180,12 @@ void SettingsStore::saveAll(const Global& global) const {
     settings->setValue(QStringLiteral("TrgPosition"), number(wave.TrgPosition));
     settings->setValue(QStringLiteral("Zero0"), number(wave.Zero0));
     settings->setValue(QStringLiteral("Zero1"), number(wave.Zero1));
+    settings->endGroup();
+
+    settings->beginGroup(kConnectionGroup);
+    settings->setValue(QStringLiteral("Device"), global.Connection.Device);
+    settings->setValue(QStringLiteral("AdapterSerial"), global.Connection.AdapterSerial);
+    settings->setValue(QStringLiteral("AdapterDevice"), global.Connection.AdapterDevice);
     settings->endGroup();
     settings->sync();
 }

@@ -10,6 +10,7 @@ class QSettings;
 
 namespace velora {
 
+struct ConnectionMemory;
 struct Global;
 struct WaveMonSettings;
 
@@ -31,6 +32,8 @@ public:
     [[nodiscard]] int loadRetryTime() const;
     // The wave monitor's group (wave monitor load).
     void loadWaveMon(WaveMonSettings& wave) const;
+    // The group "Connection": the chosen device and the remembered adapter.
+    void loadConnection(ConnectionMemory& memory) const;
     // Every setting, from the shared state.
     void saveAll(const Global& global) const;
     // Tells the sibling program not to skip its start screen: "False" under its own "SkipFg".

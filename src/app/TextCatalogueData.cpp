@@ -409,6 +409,70 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1930, u"Hide polling"},
     {1931, u"Save as..."},
     {1932, u"Trace(*.txt)"},
+    // English: connection check, port list and adapter notes.
+    {1940, u"Connection Check(&K)"},
+    {1941, u"Connection Check"},
+    {1942, u"%1 exists."},
+    {1943,
+     u"%1 does not exist. Fix: plug the adapter in, or choose a port from the list in Comm "
+     u"Settings."},
+    {1944, u"You may open %1 (owner %2, group %3, mode %4)."},
+    {1945,
+     u"You may not open %1 (owner %2, group %3, mode %4): you are not in the group %3. Fix: run  "
+     u"%5  then log out and in again."},
+    {1946,
+     u"You are in the group %2 that may open %1, but this login does not have it yet. Fix: log out "
+     u"and in again (or run  newgrp %2)."},
+    {1947,
+     u"You may not open %1 (owner %2, group %3, mode %4). Fix: run  %5  (it lasts until the device "
+     u"is plugged in again)."},
+    {1948, u"%1 is not in use by another program."},
+    {1949, u"%1 is in use by %2 (process %3). Fix: close that program, or run  %4"},
+    {1950, u"The lock file %1 was left by process %2, which no longer runs. Fix: run  %3"},
+    {1951,
+     u"The lock file %1 belongs to %2 (process %3), which still runs. Fix: close that program, or "
+     u"run  %4"},
+    {1952,
+     u"The braille display daemon brltty is installed; it takes USB serial adapters for itself. "
+     u"Fix: run  sudo apt remove brltty  (unless you use a braille display)."},
+    {1953,
+     u"ModemManager is installed; it may probe a new adapter for some seconds after it is plugged "
+     u"in. Fix, if the drive does not answer then: run  sudo systemctl stop ModemManager"},
+    {1954, u"Low-latency mode is on for %1: replies are passed on at once."},
+    {1955,
+     u"Low-latency mode could not be set for %1; replies may be held back up to 16 ms. Fix: run  "
+     u"%2"},
+    {1956, u"A drive answered on axis %1 at %2 baud (software version %3)."},
+    {1957,
+     u"No drive answered on axis %1 at %2 baud. Fix: check the cable and the drive's power, or "
+     u"search all axes and rates (Comm Settings, Search; on the command line: velora --check "
+     u"--search)."},
+    {1958, u"The line test could not open %1: %2"},
+    {1959, u"Close"},
+    {1960, u"The checks of device files, groups and processes do not apply on this system."},
+    {1961, u"Adapter unplugged from %1: waiting for it to come back."},
+    {1962, u"Adapter back on %1: link resumed."},
+    {1963, u"Adapter %1 found on %2 instead of %3: opened there."},
+    {1964, u"Device"},
+    {1965, u"Description"},
+    {1966, u"Maker"},
+    {1967, u"USB ID"},
+    {1968, u"Serial number"},
+    {1969, u"Refresh"},
+    {1970, u"Serial ports of this system"},
+    {1971, u"%1 has no port number: it is opened as it is."},
+    {1972, u"Run Again"},
+    {1973, u"OK"},
+    {1974, u"Problem"},
+    {1975, u"Note"},
+    {1976, u"Skipped"},
+    {1977, u"Checking the connection..."},
+    {1978,
+     u"Search: a drive answered on axis %1 at %2 baud. Fix: set this axis and rate in Comm "
+     u"Settings."},
+    {1979,
+     u"Search: no drive answered on any axis at any rate. Fix: check the cable's wiring and the "
+     u"drive's power."},
     // Japanese: Main window menus and captions.
     {2000, u"ﾌｧｲﾙ(&F)"},
     {2001, u"終了(&X)"},
@@ -807,6 +871,76 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2930, u"ポーリングを隠す"},
     {2931, u"名前を付けて保存..."},
     {2932, u"トレース(*.txt)"},
+    // Japanese: connection check, port list and adapter notes.
+    {2940, u"接続チェック(&K)"},
+    {2941, u"接続チェック"},
+    {2942, u"%1 は存在します。"},
+    {2943,
+     u"%1 が存在しません。対処: アダプタを接続するか、通信設定の一覧からポートを選んでください。"},
+    {2944, u"%1 を開く権限があります（所有者 %2、グループ %3、モード %4）。"},
+    {2945,
+     u"%1 を開く権限がありません（所有者 %2、グループ %3、モード %4）: グループ %3 "
+     u"に属していません。対処:  %5  を実行し、ログインし直してください。"},
+    {2946,
+     u"%1 を開けるグループ %2 に属していますが、このログインにはまだ反映されていません。対処: "
+     u"ログインし直してください（または  newgrp %2  を実行）。"},
+    {2947,
+     u"%1 を開く権限がありません（所有者 %2、グループ %3、モード %4）。対処:  %5  "
+     u"を実行してください（デバイスを接続し直すまで有効です）。"},
+    {2948, u"%1 は他のプログラムに使われていません。"},
+    {2949,
+     u"%1 は %2（プロセス %3）が使用中です。対処: そのプログラムを終了するか、 %4  "
+     u"を実行してください。"},
+    {2950,
+     u"ロックファイル %1 は、すでに終了したプロセス %2 が残したものです。対処:  %3  "
+     u"を実行してください。"},
+    {2951,
+     u"ロックファイル %1 は実行中の %2（プロセス %3）のものです。対処: "
+     u"そのプログラムを終了するか、 %4  を実行してください。"},
+    {2952,
+     u"点字ディスプレイ用デーモン brltty "
+     u"がインストールされています。USBシリアルアダプタを占有します。対処:  sudo apt remove brltty  "
+     u"を実行してください（点字ディスプレイを使わない場合）。"},
+    {2953,
+     u"ModemManager "
+     u"がインストールされています。新しいアダプタを接続後しばらく調べることがあります。その間ドライ"
+     u"バが応答しない場合の対処:  sudo systemctl stop ModemManager  を実行してください。"},
+    {2954, u"%1 は低遅延モードです。応答はすぐに渡されます。"},
+    {2955,
+     u"%1 を低遅延モードにできませんでした。応答が最大16 ms遅れることがあります。対処:  %2  "
+     u"を実行してください。"},
+    {2956, u"軸 %1、%2 bps でドライバが応答しました（ソフトウェアバージョン %3）。"},
+    {2957,
+     u"軸 %1、%2 bps でドライバが応答しません。対処: "
+     u"ケーブルとドライバの電源を確認するか、全軸・全通信速度を検索してください（通信設定の「条件検"
+     u"索」、"
+     u"コマンドラインでは velora --check --search）。"},
+    {2958, u"回線テストで %1 を開けませんでした: %2"},
+    {2959, u"閉じる"},
+    {2960, u"デバイスファイル・グループ・プロセスのチェックはこのシステムでは行いません。"},
+    {2961, u"%1 のアダプタが外れました。再接続を待っています。"},
+    {2962, u"%1 のアダプタが戻りました。通信を再開しました。"},
+    {2963, u"アダプタ %1 が %3 ではなく %2 にあったため、そちらで開きました。"},
+    {2964, u"デバイス"},
+    {2965, u"説明"},
+    {2966, u"メーカー"},
+    {2967, u"USB ID"},
+    {2968, u"シリアル番号"},
+    {2969, u"更新"},
+    {2970, u"このシステムのシリアルポート"},
+    {2971, u"%1 にはポート番号がありません。このデバイスを直接開きます。"},
+    {2972, u"再チェック"},
+    {2973, u"正常"},
+    {2974, u"問題"},
+    {2975, u"注意"},
+    {2976, u"省略"},
+    {2977, u"接続をチェックしています..."},
+    {2978,
+     u"検索: 軸 %1、%2 bps でドライバが応答しました。対処: "
+     u"通信設定でこの軸番号と通信速度を設定してください。"},
+    {2979,
+     u"検索: どの軸・通信速度でもドライバが応答しません。対処: "
+     u"ケーブルの配線とドライバの電源を確認してください。"},
 };
 
 const std::size_t kTextCount = std::size(kTexts);

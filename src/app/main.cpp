@@ -1,5 +1,6 @@
 #include "app/MDIParent.h"
 #include "app/ShellSetup.h"
+#include "connect/CheckCommand.h"
 #include "options/VersionDialog.h"
 #include "shared/Global.h"
 #include "sim/SimulatedLine.h"
@@ -8,11 +9,35 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QMessageBox>
+#include <QTextStream>
 
 #include <cstring>
 #include <memory>
 
 namespace {
+
+// The connection check needs no display: it runs before any window exists, in a plain
+// application object, and prints its findings.
+int runCheck(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Velora"));
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption check(QStringLiteral("check"),
+                                   QStringLiteral("Check the connection and print the findings."));
+    const QCommandLineOption port(QStringLiteral("port"), QStringLiteral("Check DEVICE."),
+                                  QStringLiteral("DEVICE"));
+    const QCommandLineOption search(
+        QStringLiteral("search"),
+        QStringLiteral("When no drive answers, try every axis and rate."));
+    parser.addOption(check);
+    parser.addOption(port);
+    parser.addOption(search);
+    parser.process(app);
+    QTextStream out(stdout);
+    return velora::runCheckCommand(velora::SettingsStore(), parser.value(port),
+                                   parser.isSet(search), out);
+}
 
 struct CommandLine {
     QCommandLineParser parser;
@@ -30,6 +55,11 @@ struct CommandLine {
         parser.addVersionOption();
         parser.addOption(port);
         parser.addOption(simulate);
+        // Listed for --help; handled before the windows start.
+        parser.addOption(QCommandLineOption(
+            QStringLiteral("check"),
+            QStringLiteral("Check the connection (device, rights, other programs, the drive) and "
+                           "print one finding a line with its fix.")));
     }
 };
 
@@ -54,6 +84,10 @@ bool asksForTextOnly(int argc, char* argv[]) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--check") == 0)
+            return runCheck(argc, argv);
+    }
     if (asksForTextOnly(argc, argv)) {
         const QCoreApplication core(argc, argv);
         nameApplication();

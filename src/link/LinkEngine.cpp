@@ -34,6 +34,7 @@ void LinkEngine::setTransport(std::unique_ptr<Transport> transport) {
     connect(transport_.get(), &Transport::replyReceived, this, &LinkEngine::DispatchReply);
     connect(transport_.get(), &Transport::consoleNote, this,
             [this](const QString& text) { ui_.setComText(1, text); });
+    connect(transport_.get(), &Transport::portLost, this, &LinkEngine::portLost);
 }
 
 QString LinkEngine::device() const {

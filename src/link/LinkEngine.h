@@ -45,6 +45,7 @@ public:
     [[nodiscard]] Transport* transport() const { return transport_.get(); }
     // A device path that overrides the port number for this run (command line --port).
     void setDeviceOverride(const QString& device) { deviceOverride_ = device; }
+    [[nodiscard]] QString deviceOverride() const { return deviceOverride_; }
     // The device the current settings open.
     [[nodiscard]] QString device() const;
     // Opening at start-up: Timer1 started, the port opened when online, the first poll sent.
@@ -98,6 +99,10 @@ public:
     // The time the status bar clock shows; tests fix it.
     void setClock(std::function<QDateTime()> clock) { clock_ = std::move(clock); }
     [[nodiscard]] QDateTime now() const { return clock_(); }
+
+signals:
+    // The open port's device went away (Transport::portLost).
+    void portLost(const QString& reason);
 
 private:
     void applyTimer1();

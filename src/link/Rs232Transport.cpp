@@ -13,7 +13,7 @@ bool Rs232Transport::send(const QByteArray& frame) {
     // The port would otherwise write the frame only when the event loop next polls it, after
     // whatever repaints are pending: the frame goes to the driver now (flush never blocks).
     // A frame lost on the line shows up as a missing reply, which the supervision re-sends.
-    if (port().write(frame) != frame.size())
+    if (!isOpen() || port().write(frame) != frame.size())
         return false;
     port().flush();
     return true;

@@ -1,15 +1,34 @@
 #include "link/SerialPortTransport.h"
 
+#include "connect/DeviceFacts.h"
+#include "connect/OpenAdvice.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 
 #include <QFileInfo>
+#include <QTimer>
 
 namespace velora {
 
 SerialPortTransport::SerialPortTransport(LinkState& state, QObject* parent)
     : Transport(state, parent) {
     connect(&port_, &QSerialPort::readyRead, this, &SerialPortTransport::readAvailable);
+    connect(&port_, &QSerialPort::errorOccurred, this, &SerialPortTransport::onPortError);
+}
+
+void SerialPortTransport::onPortError(QSerialPort::SerialPortError error) {
+    if (error != QSerialPort::ResourceError || !port_.isOpen() || lossPending_)
+        return;
+    lossPending_ = true;
+    // Closed from the event loop: the port reports this from inside its own read, which must
+    // finish on an open port.
+    QTimer::singleShot(0, this, [this, reason = port_.errorString()] {
+        lossPending_ = false;
+        if (!port_.isOpen())
+            return;  // closed on purpose meanwhile
+        port_.close();
+        emit portLost(reason);
+    });
 }
 
 OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
@@ -17,10 +36,18 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
     port_.setPortName(device);
     OpenResult result;
     result.device = device;
+    lowLatency_ = LowLatency::NotApplicable;
     if (!port_.open(QIODevice::ReadWrite)) {
         result.reason = port_.errorString();
+        const QString advice =
+            openFailureAdvice(device, gatherDeviceFacts(device), state().LanguageId);
+        if (!advice.isEmpty())
+            result.reason += QLatin1Char('\n') + advice;
         return result;
     }
+    // Where the driver allows it; the link works without, only slower.
+    if (isUsbAdapterDevice(device))
+        lowLatency_ = requestLowLatency(port_.handle());
     if (!port_.setBaudRate(baudRate) || !configureFrame(device)) {
         result.reason = port_.errorString();
         port_.close();

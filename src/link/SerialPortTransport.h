@@ -1,5 +1,6 @@
 #pragma once
 
+#include "connect/LowLatency.h"
 #include "link/Transport.h"
 
 #include <QSerialPort>
@@ -16,6 +17,8 @@ public:
     OpenResult open(const QString& device, int baudRate) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override;
+    // The latency mode the adapter was opened in.
+    [[nodiscard]] LowLatency lowLatency() const { return lowLatency_; }
 
 protected:
     [[nodiscard]] QSerialPort& port() { return port_; }
@@ -30,7 +33,11 @@ private:
     // Even parity, 8 data bits, 1 stop bit, no flow control.
     [[nodiscard]] bool configureFrame(const QString& device);
 
+    void onPortError(QSerialPort::SerialPortError error);
+
     QSerialPort port_;
+    LowLatency lowLatency_ = LowLatency::NotApplicable;
+    bool lossPending_ = false;
 };
 
 }  // namespace velora

@@ -65,6 +65,9 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     LblCom->installEventFilter(this);
     setComIndicator(false);
     LblDateTime = makeLabel(Picture1, QStringLiteral("LblDateTime"));
+    LblConnection = makeLabel(Picture1, QStringLiteral("LblConnection"));
+    // A long device name must not widen the main window beyond a small screen.
+    LblConnection->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     row->addWidget(Label1);
     row->addWidget(ShpStatus[0]);
@@ -76,7 +79,8 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     row->addSpacing(8);
     row->addWidget(Label3);
     row->addWidget(LabelAxisNum);
-    row->addStretch(1);
+    row->addSpacing(8);
+    row->addWidget(LblConnection, 1);
     row->addWidget(LblCom);
     row->addSpacing(8);
     row->addWidget(LblDateTime);
@@ -145,6 +149,11 @@ void SystemBar::refresh() {
         svonShown_ = svonWanted_;
         setColours(LblSVON, svonShown_.first, svonShown_.second);
     }
+}
+
+void SystemBar::setConnectionNote(const QString& text) {
+    LblConnection->setText(text);
+    LblConnection->setToolTip(text);
 }
 
 bool SystemBar::eventFilter(QObject* watched, QEvent* event) {

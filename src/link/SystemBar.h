@@ -38,6 +38,9 @@ public:
     void setLamp(int index, const QColor& fill, const QColor& back);
     // The servo-on label's background and text colours.
     void setServoOnColours(const QColor& back, const QColor& text);
+    // A sentence about the connection (adapter unplugged, back, found elsewhere); it stays
+    // until the next one.
+    void setConnectionNote(const QString& text);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -62,6 +65,7 @@ private:
     QLabel* LblCom = nullptr;
     QLabel* LblSVON = nullptr;
     QLabel* LblDateTime = nullptr;
+    QLabel* LblConnection = nullptr;
     std::array<QLabel*, 2> ShpStatus{};
 
     QTimer refreshTimer_;

@@ -52,6 +52,8 @@ signals:
     void replyReceived(const QString& text);
     // Text for the console's reply box (the USB-RS232C receive error report).
     void consoleNote(const QString& text);
+    // The device went away under the open port (an adapter pulled out): the port is unusable.
+    void portLost(const QString& reason);
 
 protected:
     [[nodiscard]] LinkState& state() const { return state_; }

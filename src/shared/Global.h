@@ -3,6 +3,7 @@
 #include "app/WaveMonSettings.h"
 #include "shared/AlarmData.h"
 #include "shared/ComTables.h"
+#include "shared/ConnectionMemory.h"
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
 #include "shared/PointTables.h"
@@ -27,6 +28,7 @@ struct Global {
     // The point table and command table windows stand docked side by side.
     bool TablesJoined = false;
     WaveStore Wave;  // WaveSamples, WaveLogic, TriggerPosition, ZeroLevel
+    ConnectionMemory Connection;       // chosen device and remembered adapter ("Connection")
 };
 
 }  // namespace velora

@@ -1,5 +1,6 @@
 #include "app/ChildWindow.h"
 #include "app/CommSettings.h"
+#include "app/PortListView.h"
 #include "console/ComConsoleWindow.h"
 #include "link/PortNaming.h"
 #include "sim/SimulatedLine.h"
@@ -138,6 +139,38 @@ private slots:
         QCOMPARE(rig.port()->opens.last(), qMakePair(deviceForPort(BackEnd::UsbSerial, 3), 38400));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"5"_s);
         QVERIFY(rig.find<ChildWindow>(u"PrmTbl"_s)->controlsEnabled());
+    }
+
+    // The port list sets the port number of a numbered device, and opens any other device as
+    // it is, remembered for the next start.
+    void portListChoosesAnyDevice() {
+        DialogRig rig;
+        auto* list = rig.control<PortListView>(u"PortList"_s);
+        list->setPortLister([] {
+            PortHint usb{u"ttyUSB3"_s, u"FT232R USB UART"_s, 0x0403,           0x6001,
+                         u"FTDI"_s,    u"A10K3XYZ"_s,        u"/dev/ttyUSB3"_s};
+            PortHint acm{u"ttyACM0"_s, {}, {}, {}, {}, {}, u"/dev/ttyACM0"_s};
+            return QList<PortHint>{usb, acm};
+        });
+        rig.click(u"CmdPortRefresh"_s);
+        QCOMPARE(list->topLevelItem(0)->text(3), u"0403:6001"_s);
+        emit list->itemClicked(list->topLevelItem(0), 0);
+        QCOMPARE(rig.text(u"TxtCOMnum"_s), u"4"_s);
+        QVERIFY(rig.control<QRadioButton>(u"OpUsbRs232c(1)"_s)->isChecked());
+
+        emit list->itemClicked(list->topLevelItem(1), 0);
+        rig.click(u"Command(0)"_s);
+        QCOMPARE(rig.port()->opens.last().first, u"/dev/ttyACM0"_s);
+        rig.window->close();
+        QCOMPARE(rig.stored(u"Connection/Device"_s), u"/dev/ttyACM0"_s);
+    }
+
+    void okWithAllAxesDisablesTheTransfers() {
+        DialogRig rig;
+        ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TextAxisNum"_s), u"15"_s);
+        rig.click(u"Command(0)"_s);
+        QCOMPARE(rig.link().AxisNumber, 15);
+        QVERIFY(!rig.find<ChildWindow>(u"PointTbl"_s)->transferButtonsEnabled());
     }
 
     void okWithAPortThatWillNotOpenKeepsTheDialog() {

@@ -1,5 +1,6 @@
 #include "app/ChildWindow.h"
 #include "app/CommSettings.h"
+#include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
 #include "link/SystemBar.h"
 #include "link/TraceWindow.h"
@@ -268,6 +269,39 @@ private slots:
         QCOMPARE(QString::fromUtf8(saved.readAll()), view->toPlainText() + u"\n"_s);
         rig.find<QPushButton>(u"CmdClear"_s)->click();
         QCOMPARE(view->toPlainText(), QString());
+    }
+
+    // The check lets go of the link's port while it looks, takes it back after, and offers the
+    // port search when the drive was silent.
+    void connectionCheckFromTheSystemMenu() {
+        ShellRig rig;
+        rig.start();
+        auto* dialog = rig.window->connectionCheck();
+        QStringList checked;
+        bool heldDuringCheck = true;
+        dialog->setCheck(ConnectionCheck(
+            [&](const QString& device) {
+                checked << device;
+                heldDuringCheck = rig.port()->isOpen();
+                DeviceFacts facts;
+                facts.exists = facts.mayOpen = true;
+                return facts;
+            },
+            [](const CheckTarget&) {
+                LineTestResult silent;
+                silent.open.ok = true;
+                return silent;
+            }));
+        rig.find<QAction>(u"mnuSystemCheck"_s)->trigger();
+        QCOMPARE(checked, QStringList{rig.engine().device()});
+        QVERIFY(!heldDuringCheck);
+        QVERIFY(rig.port()->isOpen() && rig.link().PortOpen);
+        QVERIFY(rig.find<QPlainTextEdit>(u"TxtFindings"_s, dialog)
+                    ->toPlainText()
+                    .endsWith(u"Problem: "_s + en(1957).arg(u"0", u"9600")));
+        rig.find<QPushButton>(u"CmdCheckSearch"_s, dialog)->click();
+        QVERIFY(!dialog->isVisible());
+        QVERIFY(rig.window->commSettings()->isVisible() && rig.link().Searching);
     }
 
     void echoSwitchOnTheComLabel() {
