@@ -23,9 +23,10 @@ qint16 signedField(const QString& reply, int start) {
 }
 
 quint16 logicField(const QString& reply, int at) {
-    // A character that is not a digit reads as a low level.
+    // A character that is not a digit reads as a low level; of a digit only bit 0 is the level,
+    // as the display draws it, so the store holds nothing but 0 and 1.
     const QChar c = at < reply.size() ? reply.at(at) : QChar();
-    return c.isDigit() && c.unicode() < 128 ? static_cast<quint16>(c.digitValue()) : quint16(0);
+    return c.isDigit() && c.unicode() < 128 ? static_cast<quint16>(c.digitValue() & 1) : quint16(0);
 }
 
 }  // namespace

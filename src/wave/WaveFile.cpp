@@ -68,10 +68,10 @@ bool sampleLine(const QByteArray& line, WaveStore::Channels& channels, quint16& 
     if (!velocity || !torque)
         return false;
     channels = {static_cast<qint16>(*velocity), static_cast<qint16>(*torque)};
-    // The logic level: its digit; anything else reads as low.
+    // The logic level: bit 0 of its digit, as the display draws it; anything else reads as low.
     const QByteArray rest = line.mid(second + 1);
     logic = rest.size() == 1 && rest[0] >= '0' && rest[0] <= '9'
-                ? static_cast<quint16>(rest[0] - '0')
+                ? static_cast<quint16>((rest[0] - '0') & 1)
                 : quint16(0);
     return true;
 }

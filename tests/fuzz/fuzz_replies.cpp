@@ -2,18 +2,22 @@
 // dispatcher with every reply family registered, as the program runs them.
 //
 // Input: byte 0 seeds the link (bit 0 USB back-end, bit 1 real-time monitor on, bits 2-3 a
-// transfer in progress, bits 4-5 the drive version class), the rest is the received stream; on
+// transfer in progress, bits 4-5 the drive version class, bits 6-7 a table read or a wave
+// capture under way), the rest is the received stream; on
 // the USB back-end each chunk is prefixed by its length byte.
 
 #include "FuzzSupport.h"
+#include "comtable/ComTransfer.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyAssembly.h"
 #include "monitor/AlarmMonitor.h"
 #include "monitor/RealTimeMonitor.h"
 #include "params/ParamTransfer.h"
+#include "pointtable/PointTransfer.h"
 #include "shared/Global.h"
 #include "support/FakeLinkUi.h"
 #include "support/FakeTransport.h"
+#include "wave/WaveCapture.h"
 
 using namespace velora;
 
@@ -47,6 +51,19 @@ struct Line {
             default:
                 break;
         }
+        switch ((seed >> 6) & 3U) {
+            case 1:
+                points.ReadAllPoints();
+                break;
+            case 2:
+                commands.readAll();
+                break;
+            case 3:
+                wave.run();
+                break;
+            default:
+                break;
+        }
     }
 
     // Hands one assembled reply to the link and checks what it did in answer.
@@ -62,6 +79,7 @@ struct Line {
         VELORA_FUZZ_CHECK(global.Link.DriverVersion >= -32768 &&
                           global.Link.DriverVersion <= 32767);
         VELORA_FUZZ_CHECK(!global.Link.AwaitingReply || !global.Link.LastCommand.isEmpty());
+        VELORA_FUZZ_CHECK(global.Link.WaveState >= 0 && global.Link.WaveState <= 3);
     }
 
     Global global;
@@ -70,6 +88,9 @@ struct Line {
     ParamTransfer params{engine, global.Params};
     RealTimeMonitor monitor{engine};
     AlarmMonitor alarms{engine, global.Alarms};
+    PointTransfer points{engine, global.Points};
+    ComTransfer commands{engine, global.Com};
+    WaveCapture wave{engine, global};
     test::FakeTransport* port = nullptr;
 };
 
