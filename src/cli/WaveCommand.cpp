@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 
 #include <optional>
 
@@ -114,13 +115,9 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
         return up;
 
     WaveCapture capture(session.engine(), session.global());
-    bool timedOut = false;
     QTimer deadline;
     deadline.setSingleShot(true);
-    QObject::connect(&deadline, &QTimer::timeout, &session, [&] {
-        timedOut = true;
-        capture.cancel();
-    });
+    QObject::connect(&deadline, &QTimer::timeout, &session, [&] { capture.cancel(); });
     QObject::connect(&capture, &WaveCapture::armed, &session,
                      [&] { session.progress(TextCatalogue::text(0, 1338)); });
     QObject::connect(&capture, &WaveCapture::triggered, &session,
@@ -128,9 +125,11 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
     QObject::connect(&capture, &WaveCapture::recordReceived, &session,
                      [&session] { session.finish(); });
     QObject::connect(&capture, &WaveCapture::cancelled, &session, [&] {
-        session.fail(
-            ExitCode::LinkFailure,
-            QStringLiteral("No trigger within %1 s; the capture was cancelled").arg(timeoutS));
+        // Not the link's fault, so not the link's advice: the line only names the wait.
+        session.endProgress();
+        std::fprintf(stderr, "velora-cli: No trigger within %d s; the capture was cancelled.\n",
+                     timeoutS);
+        session.finish(ExitCode::LinkFailure);
     });
     session.setActivity([] { return QStringLiteral("capturing a wave"); });
     deadline.start(timeoutS * 1000);
@@ -139,7 +138,7 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
     deadline.stop();
     session.setActivity({});
     session.endProgress();
-    if (code != ExitCode::Ok || timedOut)
+    if (code != ExitCode::Ok)
         return code;
     session.setFileInUse(path);
     if (WaveFile::write(path, fileSettings(session.global()), session.global().Wave) !=
