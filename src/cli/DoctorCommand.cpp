@@ -5,8 +5,6 @@
 
 #include <QTextStream>
 
-#include <cstdio>
-
 namespace velora::cli {
 
 namespace {
@@ -15,7 +13,17 @@ const QString Search = QStringLiteral("search");
 
 // The program's connection check (velora --check) as it is: its findings on stdout, and a
 // problem found is a link failure for the script.
-ExitCode runDoctor(CliSession& /*session*/, const CliArgs& args) {
+ExitCode runDoctor(CliSession& session, const CliArgs& args) {
+    // The check takes the axis and the rate from the saved settings only; silently checking
+    // another drive than the one asked for would mislead.
+    for (const char* name : {"axis", "baud", "usb"}) {
+        if (args.isSet(QLatin1String(name))) {
+            session.fail(ExitCode::Usage,
+                         QStringLiteral("doctor checks the saved axis and rate; it takes no --%1.")
+                             .arg(QLatin1String(name)));
+            return ExitCode::Usage;
+        }
+    }
     QTextStream out(stdout);
     const int problems = runCheckCommand(SettingsStore(), args.value(QStringLiteral("port")),
                                          args.isSet(Search), out);

@@ -161,7 +161,7 @@ CliCommand waveCommand() {
         "Arm a capture as the wave monitor's Start does, wait for the trigger and the record, "
         "and save it as a wave data file. What is not given is the wave monitor's last choice. "
         "SOURCE: velocity, torque, logic or manual; EDGE: up, down, -up or -down (up and down "
-        "are the + edges; write --edge=-up for a - one); MS: 25, 50, 100, 200, 500 or 1000 a "
+        "are the + edges); MS: 25, 50, 100, 200, 500 or 1000 a "
         "division; --position 20-80 %. After --timeout seconds (60 unless given) the "
         "capture is cancelled with the link-failure code and no file.");
     c.options = {
