@@ -264,6 +264,10 @@ private slots:
             << QStringList{QStringLiteral("params"), QStringLiteral("diff"),
                            QStringLiteral("bad.prm")}
             << "" << 5 << "Idetification Error: ";
+        QTest::newRow("wrong .tbl identification")
+            << QStringList{QStringLiteral("points"), QStringLiteral("write"),
+                           QStringLiteral("bad.tbl")}
+            << "" << 5 << "Idetification Error: ";
         QTest::newRow("refused command")
             << QStringList{QStringLiteral("send"), QStringLiteral("0SO")} << "SO" << 4
             << "Error 1:";
@@ -287,8 +291,9 @@ private slots:
         else if (!fault.isEmpty())
             rig.line->faults().errorCodes.insert(fault, 1);
         writeAll(rig.path(QStringLiteral("bad.prm")), "Orvix-Servo parameter file \r\n1\r\n");
+        writeAll(rig.path(QStringLiteral("bad.tbl")), "Orvix-Servo parameter file\r\n1\r\n");
         for (QString& a : args) {
-            if (a.endsWith(QLatin1String(".prm")))
+            if (a.endsWith(QLatin1String(".prm")) || a.endsWith(QLatin1String(".tbl")))
                 a = rig.path(a);
         }
         QCOMPARE(rig.run(args), exitCode);
