@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 #include <optional>
 
@@ -101,7 +102,8 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
     if (args.isSet(Timeout)) {
         bool ok = false;
         timeoutS = args.value(Timeout).toInt(&ok);
-        if (!ok || timeoutS < 1) {
+        // The wait is one timer in milliseconds.
+        if (!ok || timeoutS < 1 || timeoutS > std::numeric_limits<int>::max() / 1000) {
             session.fail(ExitCode::Usage,
                          QStringLiteral("--timeout takes whole seconds, 1 or more."));
             return ExitCode::Usage;
