@@ -105,7 +105,7 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
         // The wait is one timer in milliseconds.
         if (!ok || timeoutS < 1 || timeoutS > std::numeric_limits<int>::max() / 1000) {
             session.fail(ExitCode::Usage,
-                         QStringLiteral("--timeout takes whole seconds, 1 or more."));
+                         QStringLiteral("--timeout takes whole seconds, 1 to 2147483."));
             return ExitCode::Usage;
         }
     }
