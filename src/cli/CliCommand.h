@@ -39,7 +39,11 @@ struct CliCommand {
 // One per file.
 [[nodiscard]] CliCommand scanCommand();
 [[nodiscard]] QList<CliCommand> paramsCommands();
+[[nodiscard]] QList<CliCommand> pointsCommands();
+[[nodiscard]] QList<CliCommand> comTableCommands();
 [[nodiscard]] CliCommand sendCommand();
 [[nodiscard]] CliCommand monitorCommand();
+[[nodiscard]] CliCommand waveCommand();
+[[nodiscard]] CliCommand doctorCommand();
 
 }  // namespace velora::cli

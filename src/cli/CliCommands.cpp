@@ -6,8 +6,12 @@ QList<CliCommand> cliCommands() {
     QList<CliCommand> all;
     all << scanCommand();
     all << paramsCommands();
+    all << pointsCommands();
+    all << comTableCommands();
     all << sendCommand();
     all << monitorCommand();
+    all << waveCommand();
+    all << doctorCommand();
     return all;
 }
 

@@ -102,6 +102,12 @@ ExitCode CliSession::identify() {
     return code;
 }
 
+ExitCode CliSession::connectAndIdentify() {
+    if (const ExitCode opened = openLink(); opened != ExitCode::Ok)
+        return opened;
+    return identify();
+}
+
 ExitCode CliSession::exec() {
     if (!done_ && !failed_) {
         QEventLoop loop;

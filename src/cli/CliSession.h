@@ -54,6 +54,8 @@ public:
     [[nodiscard]] bool reopenAt(int baud);
     // The identification read "PR77": the drive is there and DriverVersion is known.
     [[nodiscard]] ExitCode identify();
+    // Both of the above: what every command that talks to one drive starts with.
+    [[nodiscard]] ExitCode connectAndIdentify();
 
     // Runs the event loop until finish() or a failure; returns at once after a failure.
     [[nodiscard]] ExitCode exec();

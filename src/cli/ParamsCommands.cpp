@@ -62,19 +62,13 @@ QString nameOf(int n) {
     return colon >= 0 && colon < 4 ? label.mid(colon + 1).trimmed() : label.trimmed();
 }
 
-ExitCode connectAndIdentify(CliSession& session) {
-    if (const ExitCode opened = session.openLink(); opened != ExitCode::Ok)
-        return opened;
-    return session.identify();
-}
-
 ExitCode readParams(CliSession& session, const CliArgs& args) {
     const QString path = args.value(Output);
     if (path.isEmpty()) {
         session.fail(ExitCode::Usage, QStringLiteral("params read needs -o FILE.prm."));
         return ExitCode::Usage;
     }
-    if (const ExitCode up = connectAndIdentify(session); up != ExitCode::Ok)
+    if (const ExitCode up = session.connectAndIdentify(); up != ExitCode::Ok)
         return up;
     ParamTransfer& transfer = session.params();
     QObject::connect(&transfer, &ParamTransfer::transferFinished, &session,
@@ -93,7 +87,7 @@ ExitCode readParams(CliSession& session, const CliArgs& args) {
 ExitCode writeParams(CliSession& session, const CliArgs& args) {
     const QString path = args.positional.value(0);
     session.link().NonVolatileWrite[0] = !args.isSet(Ram);
-    if (const ExitCode up = connectAndIdentify(session); up != ExitCode::Ok)
+    if (const ExitCode up = session.connectAndIdentify(); up != ExitCode::Ok)
         return up;
     ParamTransfer& transfer = session.params();
     ParamTables& tables = session.global().Params;
@@ -135,7 +129,7 @@ ExitCode writeParams(CliSession& session, const CliArgs& args) {
 
 ExitCode diffParams(CliSession& session, const CliArgs& args) {
     const QString path = args.positional.value(0);
-    if (const ExitCode up = connectAndIdentify(session); up != ExitCode::Ok)
+    if (const ExitCode up = session.connectAndIdentify(); up != ExitCode::Ok)
         return up;
     ParamTables& tables = session.global().Params;
     ParamFile file(session.engine(), session.params(), tables);

@@ -54,9 +54,9 @@ QString helpText(const QList<CliCommand>& commands) {
         "Scripted work with Orvix servo drives on one serial line, with the same files and\n"
         "transfer rules as the Velora program.\n\nCommands:\n");
     for (const CliCommand& c : commands)
-        h += QStringLiteral("  ") + c.synopsis + QLatin1Char('\n') + wrapped(c.summary, 6);
+        h += QStringLiteral("  ") + wrapped(c.synopsis, 4).mid(4) + wrapped(c.summary, 6);
     h += QStringLiteral(
-        "  Not yet here: points read/write (.tbl), comtable read/write (.sct), wave capture.\n\n"
+        "\n"
         "Link options (what is not given comes from Velora's saved settings, which are only "
         "read):\n"
         "  --port DEVICE   open DEVICE instead of the settings' port number\n"
@@ -68,7 +68,8 @@ QString helpText(const QList<CliCommand>& commands) {
         "  0  done\n"
         "  1  params diff: the drive and the file differ\n"
         "  2  usage: the command line is wrong\n"
-        "  3  link failure: the port cannot be opened, or the drive does not answer\n"
+        "  3  link failure: the port cannot be opened, the drive does not answer, doctor found\n"
+        "     a problem, or wave capture saw no trigger in time\n"
         "  4  drive refusal: the drive answered with an error reply\n"
         "  5  file error: a file cannot be read, is not the right kind, or cannot be written\n"
         "Errors are one line on stderr; no file is left half-written.\n");
@@ -107,9 +108,15 @@ int main(int argc, char* argv[]) {
         for (const QString& name : o.names())
             globalNames.insert(name);
     }
+    QSet<QString> added;
     for (const CliCommand& c : commands) {
-        for (const QCommandLineOption& o : c.options)
-            parser.addOption(o);  // a name two commands share is added once
+        for (const QCommandLineOption& o : c.options) {
+            // A name two commands share (-o, --ram) is added once.
+            if (!added.contains(o.names().constFirst()))
+                parser.addOption(o);
+            for (const QString& name : o.names())
+                added.insert(name);
+        }
     }
     if (!parser.parse(QCoreApplication::arguments()))
         return usage(parser.errorText() + QLatin1Char('.'));

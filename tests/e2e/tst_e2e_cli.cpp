@@ -1,9 +1,11 @@
 #include "sim/SimulatedLine.h"
+#include "wave/WaveFile.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 using namespace velora;
@@ -64,11 +66,12 @@ struct CliRig {
     QString err;
 };
 
-// Replaces the value lines of parameters in a .prm text.
-QByteArray edited(QByteArray text, const QMap<int, qint32>& values) {
+// Replaces value lines of a file's text: of parameters in a .prm text, or with firstLine 0 the
+// lines by number (the identification is line 0).
+QByteArray edited(QByteArray text, const QMap<int, qint32>& values, int firstLine = 1) {
     QList<QByteArray> lines = text.split('\n');
     for (auto it = values.cbegin(); it != values.cend(); ++it)
-        lines[it.key() + 1] = QByteArray::number(it.value()) + '\r';
+        lines[it.key() + firstLine] = QByteArray::number(it.value()) + '\r';
     return lines.join('\n');
 }
 
@@ -83,7 +86,23 @@ void writeAll(const QString& path, const QByteArray& content) {
     f.write(content);
 }
 
+// Every value of the drive's tables in one list, to compare a whole memory at once.
+QList<qint32> flat(const sim::DriveTables& t) {
+    QList<qint32> values(t.params.cbegin(), t.params.cend());
+    for (const sim::PointEntry& p : t.points)
+        values << p.modeWord << p.position << p.velocity << p.accConst << p.waitTime;
+    values << QList<qint32>(t.velocity.cbegin(), t.velocity.cend())
+           << QList<qint32>(t.atc.cbegin(), t.atc.cend())
+           << QList<qint32>(t.torque.cbegin(), t.torque.cend());
+    return values;
+}
+
+using TableEdit = std::function<void(sim::DriveTables&)>;
+using LineValues = QMap<int, qint32>;
+
 }  // namespace
+
+Q_DECLARE_METATYPE(TableEdit)
 
 class TestE2eCli : public QObject {
     Q_OBJECT
@@ -146,6 +165,79 @@ private slots:
         QVERIFY(rig.out.isEmpty());
     }
 
+    // Backup, edit the file, restore: exactly the edited entries change in both memories.
+    void tablesBackupEditRestore_data() {
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("lineCount");
+        QTest::addColumn<LineValues>("lines");
+        QTest::addColumn<TableEdit>("expected");
+        // Seven lines a point: mode, abs/inc, position, velocity No., ATC No., wait, next.
+        QTest::newRow("points .tbl")
+            << "points"
+            << "a.tbl" << 449 << LineValues{{1 + 7 * 3 + 2, -12345}, {1 + 7 * 60 + 5, 777}}
+            << TableEdit([](sim::DriveTables& t) {
+                   t.points[3].position = -12345;
+                   t.points[60].waitTime = 777;
+               });
+        // Ten velocities, ten ATCs, then torques No.1-7.
+        QTest::newRow("command table .sct")
+            << "comtable"
+            << "a.sct" << 28 << LineValues{{3, 750}, {18, 444}, {25, 9000}}
+            << TableEdit([](sim::DriveTables& t) {
+                   t.velocity[2] = 750;
+                   t.atc[7] = 444;
+                   t.torque[5] = 9000;
+               });
+    }
+    void tablesBackupEditRestore() {
+        QFETCH(QString, family);
+        QFETCH(QString, file);
+        QFETCH(int, lineCount);
+        QFETCH(LineValues, lines);
+        QFETCH(TableEdit, expected);
+        CliRig rig({1});
+        const QStringList axis{QStringLiteral("--axis"), QStringLiteral("1")};
+        const QString backup = rig.path(file);
+        QCOMPARE(rig.run(axis +
+                         QStringList{family, QStringLiteral("read"), QStringLiteral("-o"), backup}),
+                 0);
+        const QByteArray saved = readAll(backup);
+        QCOMPARE(saved.count("\r\n"), lineCount);
+        writeAll(backup, edited(saved, lines, 0));
+
+        const sim::DriveMemory& memory = rig.drive(1).model().memory();
+        sim::DriveTables after = memory.nonVolatile();
+        expected(after);
+        QCOMPARE(rig.run(axis + QStringList{family, QStringLiteral("write"), backup}), 0);
+        QCOMPARE(flat(memory.nonVolatile()), flat(after));
+        QCOMPARE(flat(memory.ram()), flat(after));
+    }
+
+    void waveCaptureWritesTheWindowsFile() {
+        CliRig rig({0});
+        const QString path = rig.path(QStringLiteral("w.csv"));
+        QCOMPARE(
+            rig.run({QStringLiteral("wave"), QStringLiteral("capture"), QStringLiteral("--trigger"),
+                     QStringLiteral("manual"), QStringLiteral("--position"), QStringLiteral("30"),
+                     QStringLiteral("--timescale"), QStringLiteral("25"), QStringLiteral("-o"),
+                     path}),
+            0);
+        QCOMPARE(readAll(path).count("\r\n"), WaveFile::LineCount);
+        const WaveFile::ReadResult read = WaveFile::read(path);
+        QCOMPARE(read.status, WaveFile::Status::Ok);
+        QCOMPARE(read.settings.Trig, 3);
+        QCOMPARE(read.settings.TimeScale, 0);
+        QCOMPARE(read.settings.TrigPosPercent, 30);
+    }
+
+    void doctorChecksTheLine() {
+        CliRig rig({0});
+        QCOMPARE(rig.run({QStringLiteral("doctor")}), 0);
+        QVERIFY2(!rig.out.isEmpty(), qPrintable(rig.err));
+        QVERIFY(rig.out.last().startsWith(QStringLiteral("OK: A drive answered on axis 0")));
+    }
+
     void sendAndMonitor() {
         CliRig rig({0});
         QCOMPARE(rig.run({QStringLiteral("send"), QStringLiteral("0PR77")}), 0);
@@ -172,9 +264,19 @@ private slots:
             << QStringList{QStringLiteral("params"), QStringLiteral("diff"),
                            QStringLiteral("bad.prm")}
             << "" << 5 << "Idetification Error: ";
+        QTest::newRow("wrong .tbl identification")
+            << QStringList{QStringLiteral("points"), QStringLiteral("write"),
+                           QStringLiteral("bad.tbl")}
+            << "" << 5 << "Idetification Error: ";
         QTest::newRow("refused command")
             << QStringList{QStringLiteral("send"), QStringLiteral("0SO")} << "SO" << 4
             << "Error 1:";
+        QTest::newRow("no trigger in time")
+            << QStringList{QStringLiteral("wave"),      QStringLiteral("capture"),
+                           QStringLiteral("--trigger"), QStringLiteral("logic"),
+                           QStringLiteral("--timeout"), QStringLiteral("1"),
+                           QStringLiteral("-o"),        QStringLiteral("out.prm")}
+            << "" << 3 << "No trigger within 1 s";
         QTest::newRow("usage") << QStringList{QStringLiteral("scan"), QStringLiteral("--ram")} << ""
                                << 2 << "takes no option --ram";
     }
@@ -189,8 +291,9 @@ private slots:
         else if (!fault.isEmpty())
             rig.line->faults().errorCodes.insert(fault, 1);
         writeAll(rig.path(QStringLiteral("bad.prm")), "Orvix-Servo parameter file \r\n1\r\n");
+        writeAll(rig.path(QStringLiteral("bad.tbl")), "Orvix-Servo parameter file\r\n1\r\n");
         for (QString& a : args) {
-            if (a.endsWith(QLatin1String(".prm")))
+            if (a.endsWith(QLatin1String(".prm")) || a.endsWith(QLatin1String(".tbl")))
                 a = rig.path(a);
         }
         QCOMPARE(rig.run(args), exitCode);
