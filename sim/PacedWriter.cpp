@@ -63,12 +63,12 @@ void PacedWriter::enqueue(const QByteArray& frame, int baud, qint64 startNs) {
 }
 
 void PacedWriter::wakeAt(qint64 ns) {
-    itimerspec spec{};
+    itimerspec due{};
     // Zero would disarm the timer; a time already past fires at once.
     const qint64 at = std::max<qint64>(ns, 1);
-    spec.it_value.tv_sec = static_cast<time_t>(at / NsPerSecond);
-    spec.it_value.tv_nsec = static_cast<long>(at % NsPerSecond);
-    timerfd_settime(timerFd_, TFD_TIMER_ABSTIME, &spec, nullptr);
+    due.it_value.tv_sec = static_cast<time_t>(at / NsPerSecond);
+    due.it_value.tv_nsec = static_cast<long>(at % NsPerSecond);
+    timerfd_settime(timerFd_, TFD_TIMER_ABSTIME, &due, nullptr);
 }
 
 void PacedWriter::pump() {
