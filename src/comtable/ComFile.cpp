@@ -1,13 +1,11 @@
 #include "comtable/ComFile.h"
 
-#include "app/TextCatalogue.h"
 #include "comtable/ComEdit.h"
 #include "link/LinkEngine.h"
+#include "link/TableFile.h"
 #include "shared/BoundedLineReader.h"
 #include "shared/ComTables.h"
 #include "shared/FileNumber.h"
-#include "shared/LinkState.h"
-#include "shared/SafeFileWrite.h"
 
 #include <limits>
 
@@ -36,28 +34,15 @@ QByteArray ComFile::content() const {
 }
 
 bool ComFile::write(const QString& path) {
-    if (path.isEmpty())
-        return false;
-    if (writeFileSafely(path, content()))
-        return true;
-    showError(1724, 1725);
-    return false;
+    return tablefile::write(engine_, path, content());
 }
 
 ComFile::ReadResult ComFile::read(const QString& path) {
     if (path.isEmpty())
         return ReadResult::Ignored;
     BoundedLineReader file;
-    const std::optional<QByteArray> first =
-        file.open(path) == BoundedLineReader::OpenResult::Ok ? file.next() : std::nullopt;
-    if (!first) {
-        showError(1724, 1725);
+    if (!tablefile::open(engine_, file, path, Identification, 1736, 1737))
         return ReadResult::Failed;
-    }
-    if (*first != Identification) {
-        showError(1736, 1737);
-        return ReadResult::Failed;
-    }
     ComEdit edit(tables_);
     for (int k = 0; k < ComTables::CellCount; ++k) {
         if (k == ComTables::NoCell)
@@ -72,7 +57,7 @@ ComFile::ReadResult ComFile::read(const QString& path) {
                                 std::numeric_limits<qint16>::max());
         if (!number) {
             // What was loaded before the broken line stays, with its marks.
-            showError(1724, 1725);
+            tablefile::showError(engine_, 1724, 1725);
             return ReadResult::Failed;
         }
         tables_.setValue(k, *number);
@@ -85,11 +70,6 @@ ComFile::ReadResult ComFile::read(const QString& path) {
     emit fileLoaded();
     engine_.EnableControls(true);
     return ReadResult::Loaded;
-}
-
-void ComFile::showError(int text, int caption) const {
-    const int lang = engine_.state().LanguageId;
-    engine_.showError(TextCatalogue::text(lang, text), TextCatalogue::text(lang, caption));
 }
 
 }  // namespace velora

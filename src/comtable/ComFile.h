@@ -45,8 +45,6 @@ signals:
     void fileLoaded();
 
 private:
-    void showError(int text, int caption) const;
-
     LinkEngine& engine_;
     ComTables& tables_;
 };

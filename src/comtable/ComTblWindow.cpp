@@ -7,14 +7,10 @@
 #include "link/LinkEngine.h"
 #include "shared/Global.h"
 
-#include <QFileInfo>
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
@@ -25,7 +21,6 @@ namespace velora {
 
 namespace {
 
-constexpr int DockIntervalMs = 10;
 constexpr int BoxWidth = 96;
 
 // Grid column of a cell: velocity 1, ATC 2, torque 3 (column 0 holds the row headings).
@@ -56,8 +51,7 @@ ComTblWindow::ComTblWindow(Global& global, LinkEngine& engine, ComTransfer& tran
     new QVBoxLayout(this);  // owned by this window
     buildGrid();
     buildFoot();
-    Timer1.setObjectName(QStringLiteral("Timer1"));
-    Timer1.setInterval(DockIntervalMs);
+    tablekit::setUpDockTimer(Timer1);
     connect(&Timer1, &QTimer::timeout, this, &ComTblWindow::Timer1_Timer);
     connectSources();
     showAllCells();
@@ -106,13 +100,7 @@ void ComTblWindow::buildFoot() {
     LabelMarked->setObjectName(QStringLiteral("LabelMarked"));
     layout()->addWidget(LabelMarked);
     auto* row = new QHBoxLayout;
-    for (int i = 0; i < ButtonCount; ++i) {
-        auto* button = new QPushButton(this);
-        button->setObjectName(QStringLiteral("Command(%1)").arg(i));
-        connect(button, &QPushButton::clicked, this, [this, i] { Command_Click(i); });
-        row->addWidget(button);
-        Command[static_cast<std::size_t>(i)] = button;
-    }
+    tablekit::addButtons(this, row, Command, [this](int i) { Command_Click(i); });
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
 }
 
@@ -154,10 +142,8 @@ void ComTblWindow::LanguageSelect(int languageId) {
 }
 
 void ComTblWindow::showCaption() {
-    QString caption = TextCatalogue::text(global_.Link.LanguageId, 1053);
-    if (!lastFile_.isEmpty())
-        caption += QStringLiteral(" - ") + QFileInfo(lastFile_).fileName();
-    setWindowTitle(caption);
+    setWindowTitle(
+        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1053), lastFile_));
 }
 
 void ComTblWindow::EnableControls(bool enable) {
@@ -167,8 +153,7 @@ void ComTblWindow::EnableControls(bool enable) {
 
 void ComTblWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
-    Command[WriteServo]->setEnabled(false);
-    Command[ReadServo]->setEnabled(false);
+    tablekit::disableServoButtons(Command);
 }
 
 void ComTblWindow::applyControls() {
@@ -177,40 +162,20 @@ void ComTblWindow::applyControls() {
         if (box)
             box->setEnabled(c.boxes);
     }
-    Command[WriteFile]->setEnabled(c.writeFile);
-    Command[ReadFile]->setEnabled(c.readFile);
-    // Buttons the link disabled on their own (all axes addressed) stay so until it unlocks.
-    Command[WriteServo]->setEnabled(c.writeServo && transferButtonsEnabled());
-    Command[ReadServo]->setEnabled(c.readServo && transferButtonsEnabled());
+    tablekit::enableButtons(Command, c, transferButtonsEnabled());
 }
 
 void ComTblWindow::Command_Click(int index) {
-    const QString filter = QStringLiteral("Commands(*.sct)");
-    const QString suffix = QStringLiteral("sct");
-    switch (index) {
-        case WriteFile: {
-            const QString path =
-                tablekit::chooseFile(this, Command[WriteFile]->text(), filter, suffix, true);
-            if (file_->write(path))
-                lastFile_ = path;
-            break;
-        }
-        case ReadFile: {
-            const QString path =
-                tablekit::chooseFile(this, Command[ReadFile]->text(), filter, suffix, false);
-            if (file_->read(path) == ComFile::ReadResult::Loaded)
-                lastFile_ = path;
-            break;
-        }
-        case WriteServo:
-            transfer_.writeChanged();
-            break;
-        case ReadServo:
-            transfer_.readAll();
-            break;
-        default:
-            break;
-    }
+    const tablekit::ButtonActions actions{
+        QStringLiteral("Commands(*.sct)"),
+        QStringLiteral("sct"),
+        [this](const QString& path) { return file_->write(path); },
+        [this](const QString& path) { return file_->read(path) == ComFile::ReadResult::Loaded; },
+        [this] { transfer_.writeChanged(); },
+        [this] { transfer_.readAll(); },
+    };
+    if (const std::optional<QString> path = tablekit::runButton(this, Command, index, actions))
+        lastFile_ = *path;
     showCaption();
     showMarks();
 }
@@ -242,18 +207,12 @@ bool ComTblWindow::eventFilter(QObject* watched, QEvent* event) {
     if (it == TextCom.cend() || !*it)
         return ChildWindow::eventFilter(watched, event);
     const int k = static_cast<int>(it - TextCom.cbegin());
-    if (event->type() == QEvent::KeyPress) {
-        const FieldKey key = fieldKeyOf(static_cast<QKeyEvent*>(event)->key());
-        if (key != FieldKey::Other) {
-            onKey(k, key);
-            return true;
-        }
-    } else if (event->type() == QEvent::FocusOut && !checking_) {
-        // Another window or a menu taking the focus is not leaving the box.
-        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            onLeave(k);
+    if (const FieldKey key = tablekit::movementKey(event); key != FieldKey::Other) {
+        onKey(k, key);
+        return true;
     }
+    if (!checking_ && tablekit::leavesBox(event))
+        onLeave(k);
     return ChildWindow::eventFilter(watched, event);
 }
 
@@ -274,18 +233,8 @@ void ComTblWindow::onLeave(int k) {
 
 void ComTblWindow::showEvent(QShowEvent* event) {
     ChildWindow::showEvent(event);
-    QMdiSubWindow* frame = tablekit::frameOf(this);
-    if (frameHooked_ || !frame)
-        return;
-    frameHooked_ = true;
     // The docking timer runs only while this window is the active one.
-    connect(frame, &QMdiSubWindow::windowStateChanged, this,
-            [this](Qt::WindowStates, Qt::WindowStates now) {
-                if (now.testFlag(Qt::WindowActive))
-                    Timer1.start();
-                else
-                    Timer1.stop();
-            });
+    tablekit::runWhileActive(this, Timer1, frameHooked_);
 }
 
 void ComTblWindow::Timer1_Timer() {

@@ -1,6 +1,7 @@
 #include "comtable/ComTransfer.h"
 
 #include "link/LinkEngine.h"
+#include "link/TableChain.h"
 #include "link/WireFormat.h"
 #include "shared/ComTables.h"
 #include "shared/LinkState.h"
@@ -72,9 +73,7 @@ QString ComTransfer::writeCommand(int k) const {
 
 void ComTransfer::start(Chain chain, const QString& command) {
     chain_ = chain;
-    link_.ComTableTransferActive = true;
-    engine_.PostCommand(command);
-    engine_.ShowBusyDialog();
+    tablechain::start(engine_, link_.ComTableTransferActive, command);
 }
 
 void ComTransfer::readAll() {
@@ -114,15 +113,10 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
     }
     tables_.ComChanged.fill(false);
     emit tableRefreshed();
-    engine_.pauseTimer1();
-    engine_.HideDialog();
-    tables_.ComLoaded = true;
-    link_.ComTableTransferActive = false;
-    chain_ = Chain::None;
-    emit transferFinished(Chain::ReadAll);
-    engine_.EnableControls(true);
-    engine_.sendPoll();
-    engine_.resumeTimer1();
+    tablechain::endTableRead(engine_, tables_.ComLoaded, link_.ComTableTransferActive, [this] {
+        chain_ = Chain::None;
+        emit transferFinished(Chain::ReadAll);
+    });
     return ReplyStatus::Handled;
 }
 

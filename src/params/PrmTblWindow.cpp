@@ -1,6 +1,7 @@
 #include "params/PrmTblWindow.h"
 
 #include "app/MessageBoxes.h"
+#include "app/TableWindowKit.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "params/ParamCatalogue.h"
@@ -10,10 +11,8 @@
 #include "shared/Global.h"
 
 #include <QFileDialog>
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -176,8 +175,7 @@ void PrmTblWindow::EnableControls(bool enable) {
 
 void PrmTblWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
-    Command[WriteServo]->setEnabled(false);
-    Command[ReadServo]->setEnabled(false);
+    tablekit::disableServoButtons(Command);
 }
 
 void PrmTblWindow::applyControls() {
@@ -278,18 +276,13 @@ bool PrmTblWindow::eventFilter(QObject* watched, QEvent* event) {
     const int n = boxIndex(watched);
     if (n < 0)
         return ChildWindow::eventFilter(watched, event);
-    if (event->type() == QEvent::KeyPress) {
-        const FieldKey key = fieldKeyOf(static_cast<QKeyEvent*>(event)->key());
-        if (key != FieldKey::Other) {
-            onKey(n, key);
-            return true;
-        }
-    } else if (event->type() == QEvent::FocusOut && !checking_) {
-        // Another window, a menu or a caution taking the focus is not leaving the box.
-        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            onLeave(n);
+    if (const FieldKey key = tablekit::movementKey(event); key != FieldKey::Other) {
+        onKey(n, key);
+        return true;
     }
+    // A caution taking the focus is not leaving the box either: it is active-window focus.
+    if (!checking_ && tablekit::leavesBox(event))
+        onLeave(n);
     return ChildWindow::eventFilter(watched, event);
 }
 

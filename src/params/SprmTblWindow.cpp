@@ -1,11 +1,10 @@
 #include "params/SprmTblWindow.h"
 
+#include "app/TableWindowKit.h"
 #include "params/ParamCatalogue.h"
 
 #include <QCloseEvent>
-#include <QFocusEvent>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
@@ -82,18 +81,12 @@ bool SprmTblWindow::eventFilter(QObject* watched, QEvent* event) {
     const int k = boxIndex(watched);
     if (k < 0)
         return QWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::KeyPress) {
-        const FieldKey key = fieldKeyOf(static_cast<QKeyEvent*>(event)->key());
-        if (key != FieldKey::Other) {
-            onKey(k, key);
-            return true;
-        }
-    } else if (event->type() == QEvent::FocusOut) {
-        // Another window or a menu taking the focus is not leaving the box.
-        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            onLeave(k);
+    if (const FieldKey key = tablekit::movementKey(event); key != FieldKey::Other) {
+        onKey(k, key);
+        return true;
     }
+    if (tablekit::leavesBox(event))
+        onLeave(k);
     return QWidget::eventFilter(watched, event);
 }
 

@@ -1,12 +1,10 @@
 #include "pointtable/PointFile.h"
 
-#include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/TableFile.h"
 #include "shared/BoundedLineReader.h"
 #include "shared/FileNumber.h"
-#include "shared/LinkState.h"
 #include "shared/PointTables.h"
-#include "shared/SafeFileWrite.h"
 
 #include <limits>
 
@@ -47,31 +45,15 @@ QByteArray PointFile::content() const {
 }
 
 bool PointFile::WritePointFile(const QString& path) {
-    if (path.isEmpty())
-        return false;
-    if (writeFileSafely(path, content()))
-        return true;
-    showError(1724, 1725);
-    return false;
+    return tablefile::write(engine_, path, content());
 }
 
 PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
     if (path.isEmpty())
         return ReadResult::Ignored;
     BoundedLineReader file;
-    if (file.open(path) != BoundedLineReader::OpenResult::Ok) {
-        showError(1724, 1725);
+    if (!tablefile::open(engine_, file, path, Identification, 1734, 1735))
         return ReadResult::Failed;
-    }
-    const std::optional<QByteArray> first = file.next();
-    if (!first) {
-        showError(1724, 1725);
-        return ReadResult::Failed;
-    }
-    if (*first != Identification) {
-        showError(1734, 1735);
-        return ReadResult::Failed;
-    }
     PointEdit edit(tables_);
     for (int p = 0; p < PointTables::Count; ++p) {
         for (const PointField field : FileOrder) {
@@ -83,7 +65,7 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
                                 : fileNumber(*line, 0, std::numeric_limits<quint8>::max());
             if (!number) {
                 // What was loaded before the broken line stays, with its marks.
-                showError(1724, 1725);
+                tablefile::showError(engine_, 1724, 1725);
                 return ReadResult::Failed;
             }
             edit.setValue(p, field, *number);
@@ -99,11 +81,6 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
     emit fileLoaded();
     engine_.EnableControls(true);
     return ReadResult::Loaded;
-}
-
-void PointFile::showError(int text, int caption) const {
-    const int lang = engine_.state().LanguageId;
-    engine_.showError(TextCatalogue::text(lang, text), TextCatalogue::text(lang, caption));
 }
 
 }  // namespace velora

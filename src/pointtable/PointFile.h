@@ -49,8 +49,6 @@ signals:
     void fileLoaded();
 
 private:
-    void showError(int text, int caption) const;
-
     LinkEngine& engine_;
     PointTables& tables_;
 };

@@ -7,14 +7,11 @@
 #include "pointtable/PointTransfer.h"
 #include "shared/Global.h"
 
-#include <QFileInfo>
-#include <QFocusEvent>
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTabWidget>
@@ -30,7 +27,6 @@ const char* const BoxNames[PointEdit::FieldCount] = {"TextPosTor",   "TextAbsInc
                                                      "TextNextStart"};
 // Widths in pixels: the position takes nine digits and a sign, the others a few digits.
 constexpr int BoxWidths[PointEdit::FieldCount] = {44, 44, 96, 44, 44, 60, 44};
-constexpr int DockIntervalMs = 10;
 
 PointField fieldAt(int column) {
     return static_cast<PointField>(column);
@@ -55,8 +51,7 @@ PointTblWindow::PointTblWindow(Global& global, LinkEngine& engine, PointTransfer
         buildTab(tab);
     SSTabPntTbl->setCurrentIndex(0);
     buildFoot();
-    Timer1.setObjectName(QStringLiteral("Timer1"));
-    Timer1.setInterval(DockIntervalMs);
+    tablekit::setUpDockTimer(Timer1);
     connect(&Timer1, &QTimer::timeout, this, &PointTblWindow::Timer1_Timer);
     connectSources();
     showAllPoints();
@@ -107,13 +102,7 @@ void PointTblWindow::buildFoot() {
     LabelMarked->setObjectName(QStringLiteral("LabelMarked"));
     layout()->addWidget(LabelMarked);
     auto* row = new QHBoxLayout;
-    for (int i = 0; i < ButtonCount; ++i) {
-        auto* button = new QPushButton(this);
-        button->setObjectName(QStringLiteral("Command(%1)").arg(i));
-        connect(button, &QPushButton::clicked, this, [this, i] { Command_Click(i); });
-        row->addWidget(button);
-        Command[static_cast<std::size_t>(i)] = button;
-    }
+    tablekit::addButtons(this, row, Command, [this](int i) { Command_Click(i); });
     CmdJoin = new QPushButton(this);
     CmdJoin->setObjectName(QStringLiteral("CmdJoin"));
     connect(CmdJoin, &QPushButton::clicked, this, &PointTblWindow::CmdJoin_Click);
@@ -170,11 +159,8 @@ void PointTblWindow::LanguageSelect(int languageId) {
 }
 
 void PointTblWindow::showCaption() {
-    const int lang = global_.Link.LanguageId;
-    QString caption = TextCatalogue::text(lang, 1057);
-    if (!lastFile_.isEmpty())
-        caption += QStringLiteral(" - ") + QFileInfo(lastFile_).fileName();
-    setWindowTitle(caption);
+    setWindowTitle(
+        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1057), lastFile_));
 }
 
 void PointTblWindow::EnableControls(bool enable) {
@@ -184,8 +170,7 @@ void PointTblWindow::EnableControls(bool enable) {
 
 void PointTblWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
-    Command[WriteServo]->setEnabled(false);
-    Command[ReadServo]->setEnabled(false);
+    tablekit::disableServoButtons(Command);
 }
 
 void PointTblWindow::applyControls() {
@@ -194,40 +179,22 @@ void PointTblWindow::applyControls() {
         for (QLineEdit* box : row)
             box->setEnabled(c.boxes);
     }
-    Command[WriteFile]->setEnabled(c.writeFile);
-    Command[ReadFile]->setEnabled(c.readFile);
-    // Buttons the link disabled on their own (all axes addressed) stay so until it unlocks.
-    Command[WriteServo]->setEnabled(c.writeServo && transferButtonsEnabled());
-    Command[ReadServo]->setEnabled(c.readServo && transferButtonsEnabled());
+    tablekit::enableButtons(Command, c, transferButtonsEnabled());
 }
 
 void PointTblWindow::Command_Click(int index) {
-    const QString filter = QStringLiteral("Point Table Data(*.tbl)");
-    const QString suffix = QStringLiteral("tbl");
-    switch (index) {
-        case WriteFile: {
-            const QString path =
-                tablekit::chooseFile(this, Command[WriteFile]->text(), filter, suffix, true);
-            if (file_->WritePointFile(path))
-                lastFile_ = path;
-            break;
-        }
-        case ReadFile: {
-            const QString path =
-                tablekit::chooseFile(this, Command[ReadFile]->text(), filter, suffix, false);
-            if (file_->ReadPointFile(path) == PointFile::ReadResult::Loaded)
-                lastFile_ = path;
-            break;
-        }
-        case WriteServo:
-            transfer_.WriteChangedPoints();
-            break;
-        case ReadServo:
-            transfer_.ReadAllPoints();
-            break;
-        default:
-            break;
-    }
+    const tablekit::ButtonActions actions{
+        QStringLiteral("Point Table Data(*.tbl)"),
+        QStringLiteral("tbl"),
+        [this](const QString& path) { return file_->WritePointFile(path); },
+        [this](const QString& path) {
+            return file_->ReadPointFile(path) == PointFile::ReadResult::Loaded;
+        },
+        [this] { transfer_.WriteChangedPoints(); },
+        [this] { transfer_.ReadAllPoints(); },
+    };
+    if (const std::optional<QString> path = tablekit::runButton(this, Command, index, actions))
+        lastFile_ = *path;
     showCaption();
     showMarks();
 }
@@ -311,18 +278,12 @@ bool PointTblWindow::eventFilter(QObject* watched, QEvent* event) {
         if (it == row.cend())
             continue;
         const int f = static_cast<int>(it - row.cbegin());
-        if (event->type() == QEvent::KeyPress) {
-            const FieldKey key = fieldKeyOf(static_cast<QKeyEvent*>(event)->key());
-            if (key != FieldKey::Other) {
-                onKey(p, f, key);
-                return true;
-            }
-        } else if (!checking_) {
-            // Another window or a menu taking the focus is not leaving the box.
-            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-            if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-                onLeave(p, f);
+        if (const FieldKey key = tablekit::movementKey(event); key != FieldKey::Other) {
+            onKey(p, f, key);
+            return true;
         }
+        if (!checking_ && tablekit::leavesBox(event))
+            onLeave(p, f);
         break;
     }
     return ChildWindow::eventFilter(watched, event);
@@ -361,18 +322,8 @@ void PointTblWindow::closeEvent(QCloseEvent* event) {
 
 void PointTblWindow::showEvent(QShowEvent* event) {
     ChildWindow::showEvent(event);
-    QMdiSubWindow* frame = tablekit::frameOf(this);
-    if (frameHooked_ || !frame)
-        return;
-    frameHooked_ = true;
     // The docking timer runs only while this window is the active one.
-    connect(frame, &QMdiSubWindow::windowStateChanged, this,
-            [this](Qt::WindowStates, Qt::WindowStates now) {
-                if (now.testFlag(Qt::WindowActive))
-                    Timer1.start();
-                else
-                    Timer1.stop();
-            });
+    tablekit::runWhileActive(this, Timer1, frameHooked_);
 }
 
 void PointTblWindow::Timer1_Timer() {

@@ -2,6 +2,7 @@
 
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/TableChain.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 #include "shared/PointTables.h"
@@ -61,9 +62,7 @@ bool PointTransfer::chainRunning(Chain chain) const {
 
 void PointTransfer::start(Chain chain, const QString& command) {
     chain_ = chain;
-    link_.PointTransferActive = true;
-    engine_.PostCommand(command);
-    engine_.ShowBusyDialog();
+    tablechain::start(engine_, link_.PointTransferActive, command);
 }
 
 void PointTransfer::ReadAllPoints() {
@@ -97,15 +96,10 @@ ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
         tables_.PointChanged[static_cast<std::size_t>(p)] = false;
     }
     emit tableRefreshed();
-    engine_.pauseTimer1();
-    engine_.HideDialog();
-    tables_.PointTableValid = true;
-    link_.PointTransferActive = false;
-    chain_ = Chain::None;
-    emit transferFinished(Chain::ReadAll);
-    engine_.EnableControls(true);
-    engine_.sendPoll();
-    engine_.resumeTimer1();
+    tablechain::endTableRead(engine_, tables_.PointTableValid, link_.PointTransferActive, [this] {
+        chain_ = Chain::None;
+        emit transferFinished(Chain::ReadAll);
+    });
     return ReplyStatus::Handled;
 }
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+class QString;
+
+namespace velora {
+
+class LinkEngine;
+
+// The start and the whole-table-read ending that the point table and command table transfers
+// share, so that the two chains keep the link in the same state.
+namespace tablechain {
+
+// Marks the transfer running, sends its first command and shows the busy dialog.
+void start(LinkEngine& engine, bool& transferActive, const QString& command);
+
+// Ends a whole-table read once the table has been taken: the table counts as loaded, `finish`
+// ends the caller's chain and tells its followers, then the controls come back and the poll
+// the read held back goes out again.
+void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
+                  const std::function<void()>& finish);
+
+}  // namespace tablechain
+
+}  // namespace velora
