@@ -31,8 +31,11 @@ private:
         return found;
     }
     static bool runUntil(ShellRig& rig, const std::function<bool()>& done) {
+        // Timer1 at its real pace: ticking faster would shrink the reply supervision (a
+        // re-send after two ticks) below what a loaded machine needs for a reply.
         for (int i = 0; i < 500 && !done(); ++i) {
-            rig.engine().tick();
+            if (i % 25 == 24)
+                rig.engine().tick();
             QTest::qWait(10);
         }
         return done();
@@ -74,6 +77,8 @@ private slots:
         QVERIFY(drive.servoOn() == sim::DriveModel::Refusal::None);
 
         // Armed on a rising velocity: the chain stops and nothing is polled while it waits.
+        // Run is locked while another exchange (the identification, a poll) is in flight.
+        QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
         QCOMPARE(status->text(), en(1338));
@@ -105,6 +110,8 @@ private slots:
         // A second capture, triggered by hand, moves the first into "previous".
         const WaveStore::Record first = store.WaveSamples[1];
         control<QComboBox>(rig, u"CmbTrig"_s)->setCurrentIndex(3);
+        // Run is locked while another exchange (the identification, a poll) is in flight.
+        QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState != 0; }));
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 0; }));
@@ -144,6 +151,8 @@ private slots:
         // Cancel while waiting: idle again, and the monitor chain runs on.
         control<QComboBox>(rig, u"CmbTrig"_s)->setCurrentIndex(0);
         QVERIFY(runUntil(rig, [&] { return rig.link().QueuedCommand.isEmpty(); }));
+        // Run is locked while another exchange (the identification, a poll) is in flight.
+        QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
         QTest::mouseClick(cancel, Qt::LeftButton);
@@ -174,7 +183,6 @@ private slots:
         QTest::keyClick(control(rig, u"Picture1(1)"_s), Qt::Key_Up);
         QCOMPARE(store.ZeroLevel[1], 55);
         QCOMPARE(control<QComboBox>(rig, u"CmbTqZero"_s)->currentText(), u"55"_s);
-
     }
 
 private:
