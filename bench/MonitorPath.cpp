@@ -1,5 +1,7 @@
 #include "MonitorPath.h"
 
+#include "LineTime.h"
+
 #include "app/MDIParent.h"
 #include "app/ShellSetup.h"
 #include "link/Transport.h"
@@ -27,7 +29,6 @@ namespace velora::bench {
 
 namespace {
 
-constexpr double kBitsPerCharacter = 11.0;  // start, 8 data, parity, stop
 constexpr std::array<int, 5> kRates{9600, 19200, 38400, 57600, 115200};
 
 qint64 g_eventStartNs = 0;

@@ -6,6 +6,7 @@
 // the README's Performance section. "--usb" runs the monitor rows on the USB-RS232C back-end,
 // "--wave" only the wave records, "scan" only velora-cli scan against the port search.
 
+#include "LineTime.h"
 #include "LoopbackTransport.h"
 #include "MonitorPath.h"
 #include "ScanVersusSearch.h"
@@ -31,16 +32,11 @@
 #include <memory>
 
 using namespace velora;
+using bench::framed;
+using bench::kBauds;
+using bench::kBitsPerCharacter;
 
 namespace {
-
-constexpr int kBauds[] = {9600, 19200, 38400, 57600, 115200};
-constexpr double kBitsPerCharacter = 11.0;  // start, 8 data, parity, stop
-
-// Characters of a frame around a text.
-int framed(const QString& text) {
-    return static_cast<int>(text.size()) + 2;
-}
 
 double lineSeconds(int characters, int baud) {
     return characters * kBitsPerCharacter / baud;

@@ -3,6 +3,7 @@
 // Run by hand: build/bench/velora-bench-tables. Prints rows for the README's Performance
 // section.
 
+#include "LineTime.h"
 #include "app/TransportFactory.h"
 #include "link/LinkEngine.h"
 #include "pointtable/PointTblWindow.h"
@@ -24,16 +25,11 @@
 #include <vector>
 
 using namespace velora;
+using bench::framed;
+using bench::kBauds;
+using bench::kBitsPerCharacter;
 
 namespace {
-
-constexpr int kBauds[] = {9600, 19200, 38400, 57600, 115200};
-constexpr double kBitsPerCharacter = 11.0;  // start, 8 data, parity, stop
-
-// Characters of a frame around a text.
-int framed(const QString& text) {
-    return static_cast<int>(text.size()) + 2;
-}
 
 // Velora with its point table window and a paced simulated drive at one baud rate, counting
 // every character both ways.
