@@ -130,12 +130,14 @@ ReplyStatus ComTransfer::OnComWritten() {
     if (ComTables::column(k) == ComTables::Column::None)
         return ReplyStatus::Malformed;
     tables_.ComChanged[static_cast<std::size_t>(k)] = false;
-    emit cellWritten(k);
+    // The next cell goes out first: the window catches up while it is on the line.
     if (const std::optional<int> next = tables_.nextChanged(k + 1)) {
         tables_.ComIndex = *next;
         engine_.SendCommand(writeCommand(*next));
+        emit cellWritten(k);
         return ReplyStatus::Handled;
     }
+    emit cellWritten(k);
     engine_.HideDialog();
     engine_.pauseTimer1();
     link_.ComTableTransferActive = false;
@@ -157,16 +159,18 @@ ReplyStatus ComTransfer::OnEntryRead(const QString& text, int digits) {
         return ReplyStatus::Malformed;
     chain_ = Chain::ReadEach;
     tables_.setValue(k, HexToLong(text.mid(DataStart, digits)));
-    emit cellRefreshed(k);
     int next = k + 1;
     if (next == ComTables::NoCell)
         next = ComTables::FirstTorqueCell;
+    // The next request goes out first: the window catches up while it is on the line.
     if (next < ComTables::CellCount) {
         tables_.ComIndex = next;
         engine_.SendCommand(engine_.axisPrefix() + columnLetter(next) + QLatin1Char('R') +
                             hex32(ComTables::number(next)));
+        emit cellRefreshed(k);
         return ReplyStatus::Handled;
     }
+    emit cellRefreshed(k);
     tables_.ComLoaded = true;
     link_.ComTableTransferActive = false;
     chain_ = Chain::None;

@@ -19,32 +19,31 @@ bool CommandSender::SendCommand(const QString& text) {
     const QString code = wire::codeOf(text);
     const bool broadcast = wire::isBroadcast(text, s.AxisNumber);
 
-    if (commands::locksUi(code) && !broadcast)
-        engine_.EnableControls(false);
-
-    if (s.AxisNumber == wire::AllAxes) {
-        s.AwaitingReply = false;
-        // No reply will come to enable anything again.
-        engine_.DisableTransferButtons();
-    } else if (broadcast || !commands::isSupervised(code)) {
+    if (s.AxisNumber == wire::AllAxes || broadcast || !commands::isSupervised(code)) {
         s.AwaitingReply = false;
     } else {
         // While an alarm is pending the drive may not answer; nothing is re-sent then.
         s.AwaitingReply = !s.AlarmSeen;
     }
-
     s.LastCode = code;
     s.RetryCount = 0;
     s.TickCount = 0;
     s.LastCommand = text;
+    // The frame leaves before the windows are touched: locking every control of every window
+    // takes longer than a short frame on the line. No reply can be handled before this returns.
+    engine_.SendByteData(text);
 
+    if (commands::locksUi(code) && !broadcast)
+        engine_.EnableControls(false);
+    // No reply will come to enable anything again.
+    if (s.AxisNumber == wire::AllAxes)
+        engine_.DisableTransferButtons();
     if (!wire::isPollingCode(code)) {
         engine_.ui().setComText(0, text);
         engine_.ui().setComText(1, QString());
     } else if (s.EchoPolls) {
         engine_.ui().setComText(0, text);
     }
-    engine_.SendByteData(text);
     return true;
 }
 

@@ -113,12 +113,14 @@ ReplyStatus PointTransfer::OnPointRead(const QString& text) {
         return ReplyStatus::Malformed;
     chain_ = Chain::ReadEach;
     storeBlock(p, text, DataStart);
-    emit pointRefreshed(p);
+    // The next request goes out first: the window catches up while it is on the line.
     if (p < PointTables::Count - 1) {
         tables_.PointTransferIndex = p + 1;
         engine_.SendCommand(engine_.axisPrefix() + QStringLiteral("TR") + hex32(p + 1));
+        emit pointRefreshed(p);
         return ReplyStatus::Handled;
     }
+    emit pointRefreshed(p);
     engine_.pauseTimer1();
     const int lang = link_.LanguageId;
     engine_.showNotice(TextCatalogue::text(lang, 1708), TextCatalogue::text(lang, 1706));
@@ -142,12 +144,14 @@ ReplyStatus PointTransfer::OnPointWritten() {
     if (p < 0 || p >= PointTables::Count)
         return ReplyStatus::Malformed;
     tables_.PointChanged[static_cast<std::size_t>(p)] = false;
-    emit pointWritten(p);
+    // The next point goes out first: the window catches up while it is on the line.
     if (const std::optional<int> next = tables_.nextChanged(p + 1)) {
         tables_.PointTransferIndex = *next;
         engine_.SendCommand(BuildPointWriteCommand(*next));
+        emit pointWritten(p);
         return ReplyStatus::Handled;
     }
+    emit pointWritten(p);
     engine_.HideDialog();
     engine_.pauseTimer1();
     engine_.EnableControls(true);
