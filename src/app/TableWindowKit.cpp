@@ -46,6 +46,16 @@ void paint(QLabel* label, TableColour colour) {
     label->setPalette(palette);
 }
 
+void showCount(QLabel* label, const QString& prefix, int count, int most) {
+    const QFontMetrics metrics(label->font());
+    const QMargins margins = label->contentsMargins();
+    const int extra = 2 * label->margin();
+    label->setFixedSize(metrics.horizontalAdvance(prefix + QString::number(most)) + margins.left() +
+                            margins.right() + extra + 1,
+                        metrics.height() + margins.top() + margins.bottom() + extra);
+    label->setText(prefix + QString::number(count));
+}
+
 QString marked(const QString& caption, bool edited) {
     // A dot after the caption, as editors mark a document with unsaved changes.
     return edited ? caption + QStringLiteral(" \u25CF") : caption;

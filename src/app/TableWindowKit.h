@@ -47,6 +47,10 @@ struct ButtonActions {
 void paint(QLineEdit* box, TableColour colour);
 void paint(QLabel* label, TableColour colour);
 
+// "<prefix><count>" in the count line under a table, sized once for `most`: a line that keeps
+// its size does not relayout the window each time a chain writes one more entry.
+void showCount(QLabel* label, const QString& prefix, int count, int most);
+
 // A caption with the mark of unsaved edits, or without it.
 [[nodiscard]] QString marked(const QString& caption, bool edited);
 

@@ -198,8 +198,8 @@ void ComTblWindow::ResetComRow(int k) {
 }
 
 void ComTblWindow::showMarks() {
-    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1861) +
-                         QString::number(tables_.changedCount()));
+    tablekit::showCount(LabelMarked, TextCatalogue::text(global_.Link.LanguageId, 1861),
+                        tables_.changedCount(), ComTables::CellCount);
 }
 
 bool ComTblWindow::eventFilter(QObject* watched, QEvent* event) {

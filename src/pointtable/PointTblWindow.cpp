@@ -264,8 +264,8 @@ void PointTblWindow::showMarks() {
     if (count == markedShown_)
         return;
     markedShown_ = count;
-    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1860) +
-                         QString::number(count));
+    tablekit::showCount(LabelMarked, TextCatalogue::text(global_.Link.LanguageId, 1860), count,
+                        PointTables::Count);
 }
 
 bool PointTblWindow::eventFilter(QObject* watched, QEvent* event) {
