@@ -17,6 +17,10 @@ constexpr qint64 NsPerSecond = 1000000000;
 constexpr qint64 StepNs = 1000000;
 // A full line (the PC not reading) is tried again after this.
 constexpr qint64 FullRetryNs = 1000000;
+// A woken thread runs tens of microseconds after its timer fired; for a frame's final
+// character the writer wakes this much early and waits the rest on the clock, as a UART would
+// not be late.
+constexpr qint64 EarlyWakeNs = 150000;
 
 }  // namespace
 
@@ -99,8 +103,18 @@ void PacedWriter::pump() {
         }
         if (item.written < size) {
             const qint64 next = item.startNs + (item.written + 1) * characterNs(item.baud);
-            wakeAt(std::min(item.endNs(), std::max(next, now + StepNs)));
-            return;
+            const qint64 at = std::min(item.endNs(), std::max(next, now + StepNs));
+            if (!paced_ || at != item.endNs()) {
+                wakeAt(at);
+                return;
+            }
+            if (at - now > EarlyWakeNs) {
+                wakeAt(at - EarlyWakeNs);
+                return;
+            }
+            while (nowNs() < at) {
+            }
+            continue;
         }
         lastFrameLateNs_ = paced_ ? std::max<qint64>(now - item.endNs(), 0) : 0;
         const QByteArray sent = item.frame;

@@ -15,8 +15,8 @@ namespace velora::sim {
 // when its last bit would have, 11 bit times per character for 8E1 (start, 8 data, parity,
 // stop), and a frame starts no earlier than asked and not before the previous one has left.
 // Characters leave in pieces of about a millisecond, as a serial port hands them on; the last
-// one of a frame leaves on time to a fraction of a millisecond, so the end of a reply is where
-// the line puts it. The writer wakes on a high-resolution timer and never sleeps.
+// one of a frame leaves on time, so the end of a reply is where the line puts it: the writer
+// wakes on a high-resolution timer a little early and waits the rest on the clock.
 class PacedWriter : public QObject {
     Q_OBJECT
 public:
