@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QApplication>
+#include <QtGlobal>
 
 namespace velora::bench {
 
@@ -31,16 +31,6 @@ struct MonitorPathResult {
     // CPU of everything but the simulated drive (the program's thread and Qt's helpers).
     double programCpuPercent = 0;
     double programCpuPerExchangeUs = 0;
-};
-
-// The application, timing when the handling of received bytes starts.
-class BenchApplication : public QApplication {
-public:
-    using QApplication::QApplication;
-    bool notify(QObject* receiver, QEvent* event) override;
-    // Monotonic nanoseconds at the start of the latest socket activation.
-    [[nodiscard]] static qint64 eventStartNs();
-    [[nodiscard]] static qint64 nowNs();
 };
 
 // Velora as a user runs it (the main window with its child windows, offscreen, the RS-232C

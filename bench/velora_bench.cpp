@@ -6,6 +6,7 @@
 // the README's Performance section. "--usb" runs the monitor rows on the USB-RS232C back-end,
 // "--wave" only the wave records, "scan" only velora-cli scan against the port search.
 
+#include "BenchApplication.h"
 #include "LineTime.h"
 #include "LoopbackTransport.h"
 #include "MonitorPath.h"

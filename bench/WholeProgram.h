@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/MDIParent.h"
+#include "shared/Global.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace velora::bench {
+
+// Velora as a user runs it: the main window with all its child windows (drawn offscreen), its
+// settings in a folder of its own, online at baud on device through the chosen back-end.
+// Constructed once the start-up (identification, first repaints) has settled.
+class WholeProgram {
+public:
+    struct Options {
+        int baud = 9600;
+        QString device;
+        bool monitor = true;
+        bool usbAdapter = false;
+    };
+    explicit WholeProgram(const Options& options);
+
+    [[nodiscard]] MDIParent& window() { return *window_; }
+    [[nodiscard]] Global& global() { return global_; }
+
+private:
+    QTemporaryDir dir_;
+    Global global_;
+    std::unique_ptr<MDIParent> window_;
+};
+
+}  // namespace velora::bench
