@@ -11,12 +11,8 @@
 #include "sim/Payloads.h"
 #include "support/LinkRig.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <sys/resource.h>
-#include <csignal>
 
 using namespace velora;
 using namespace Qt::StringLiterals;
@@ -76,10 +72,7 @@ private slots:
         QTest::newRow("PosTor above") << 0 << 0 << u"8"_s << 7 << u"7"_s << true;
         QTest::newRow("PosTor at the limit again") << 0 << 7 << u"8"_s << 7 << u"7"_s << false;
         QTest::newRow("letters restore") << 3 << 4 << u"ab"_s << 4 << u"4"_s << false;
-        QTest::newRow("half to even down") << 3 << 0 << u"2.5"_s << 2 << QString() << true;
-        QTest::newRow("half to even up") << 3 << 0 << u"3.5"_s << 4 << QString() << true;
         QTest::newRow("wait below") << 5 << 9 << u"-5"_s << 0 << u"0"_s << true;
-        QTest::newRow("wait above") << 5 << 0 << u"70000"_s << 65535 << u"65535"_s << true;
         QTest::newRow("position lowest")
             << 2 << 0 << u"-99999999"_s << -99999999 << QString() << true;
         QTest::newRow("position below")
@@ -87,7 +80,6 @@ private slots:
         QTest::newRow("beyond 32 bits") << 2 << 0 << u"1E12"_s << 99999999 << u"99999999"_s << true;
         QTest::newRow("velocity half to even")
             << 100 << 0 << u"4500.5"_s << 4500 << QString() << true;
-        QTest::newRow("velocity above") << 100 << 0 << u"4501"_s << 4500 << u"4500"_s << true;
         QTest::newRow("ATC zero") << 110 << 5 << u"0"_s << 1 << u"1"_s << true;
         QTest::newRow("torque negative") << 127 << 0 << u"-3"_s << 0 << u"0"_s << false;
     }
@@ -130,7 +122,6 @@ private slots:
         QTest::addColumn<int>("to");
         QTest::newRow("point 63 down wraps") << true << 63 << FieldKey::Down << 0;
         QTest::newRow("point 8 up") << true << 8 << FieldKey::Up << 7;
-        QTest::newRow("velocity No.9 to ATC No.0") << false << 9 << FieldKey::Down << 10;
         QTest::newRow("ATC No.9 to torque No.1") << false << 19 << FieldKey::Enter << 21;
         QTest::newRow("torque No.1 up to ATC No.9") << false << 21 << FieldKey::Up << 19;
         QTest::newRow("torque No.7 wraps") << false << 27 << FieldKey::Down << 0;
@@ -150,49 +141,28 @@ private slots:
         }
     }
 
-    void pointWireTexts() {
+    // A short reply: the points it lacks read as zeros; every mark is cleared.
+    void shortPointTableReply() {
         Rig rig;
-        PointEntry& p5 = rig.points.PointTable[5];
-        p5 = {1, 0, -1000, 3, 2, 500, 2, 0};
-        QCOMPARE(rig.pointTransfer.BuildPointWriteCommand(5), u"1TW5;21;FFFFFC18;3;2;1F4"_s);
-        QCOMPARE(p5.ModeWord, 33);
-        rig.state.NonVolatileWrite[1] = false;
-        QCOMPARE(rig.pointTransfer.BuildPointWriteCommand(0), u"1TT0;0;0;0;0;0"_s);
-
-        // A short reply: the points it lacks read as zeros; every mark is cleared.
         rig.points.PointChanged.fill(true);
         rig.points.PointTable[1].Position = 7;
         rig.port->reply(u"1ta0039 FFFFFFFF 3 4 9C40 "_s);
         const PointEntry& p0 = rig.points.PointTable[0];
-        QCOMPARE((QList<int>{p0.PosTor, p0.AbsInc, p0.NextStart}), (QList<int>{1, 1, 3}));
-        QCOMPARE(p0.Position, -1);
-        QCOMPARE(p0.Velocity, 3);
-        QCOMPARE(p0.AccConst, 4);
-        QCOMPARE(p0.WaitTime, 40000);
+        QCOMPARE((QList<int>{p0.Position, p0.WaitTime}), (QList<int>{-1, 40000}));
         QCOMPARE(rig.points.PointTable[1].Position, 0);
         QCOMPARE(rig.points.changedCount(), 0);
         QVERIFY(rig.points.PointTableValid && !rig.state.PointTransferActive);
         QCOMPARE(rig.sent(), QStringList{u"1ma"_s});
     }
 
-    void pointWriteChainSendsTheMarkedAndKeepsUnsentMarksOnError() {
+    void pointWriteChainKeepsUnsentMarksOnError() {
         Rig rig;
         QVERIFY(!rig.pointTransfer.WriteChangedPoints());  // nothing marked: nothing at all
         QVERIFY(rig.sent().isEmpty() && !rig.ui.busyDialogShown);
 
-        rig.points.PointChanged[3] = rig.points.PointChanged[40] = true;
-        QVERIFY(rig.pointTransfer.WriteChangedPoints());
-        QVERIFY(rig.ui.busyDialogShown);
-        rig.port->reply(u"1TW"_s);
-        QVERIFY(!rig.points.PointChanged[3] && rig.points.PointChanged[40]);
-        rig.port->reply(u"1TW"_s);
-        QCOMPARE(rig.sent(), (QStringList{u"1TW3;0;0;0;0;0"_s, u"1TW28;0;0;0;0;0"_s, u"1ma"_s}));
-        QVERIFY(!rig.ui.busyDialogShown && !rig.state.PointTransferActive);
-        QVERIFY(rig.ui.messages.isEmpty());
-
         // An error reply ends the chain; the unsent point stays marked, a late reply is ignored.
         rig.points.PointChanged[5] = rig.points.PointChanged[6] = true;
-        rig.pointTransfer.WriteChangedPoints();
+        QVERIFY(rig.pointTransfer.WriteChangedPoints());
         rig.port->reply(u"1ER1"_s);
         QVERIFY(!rig.state.PointTransferActive);
         rig.port->reply(u"1TW"_s);
@@ -226,10 +196,7 @@ private slots:
         rig.com.CmdTorque[0] = 42;
         rig.com.ComChanged.fill(true);
         rig.port->reply(u"1ca"_s + sim::payload::allCommands(drive));
-        QCOMPARE(rig.com.value(9), 900);
         QCOMPARE(rig.com.value(19), 70009);
-        QCOMPARE(rig.com.value(21), 1001);
-        QCOMPARE(rig.com.value(27), 1007);
         QCOMPARE(rig.com.CmdTorque[0], 42);  // the drive's own torque No.0 is not read
         QVERIFY(rig.com.ComLoaded && rig.com.changedCount() == 0);
 
@@ -260,45 +227,19 @@ private slots:
         QCOMPARE(rig.com.ComIndex, 21);
     }
 
-    void pointFileRoundTrip() {
+    void commandFileClampsAsIfTyped() {
         Rig rig;
-        QCOMPARE(rig.pointFile.content(),
-                 lines("Orvix-Servo point table data file", QList<QByteArray>(448, "0")));
-        rig.points.PointTable[0] = {7, 1, -99999999, 9, 9, 65535, 3, 0};
-        rig.points.PointTable[63].Position = 12345;
-        const PointTables saved = rig.points;
-        QVERIFY(rig.pointFile.WritePointFile(rig.path(u"a.tbl"_s)));
-        QVERIFY(rig.load(u"a.tbl"_s)
-                    .startsWith("Orvix-Servo point table data "
-                                "file\r\n7\r\n1\r\n-99999999\r\n9\r\n9\r\n65535\r\n3\r\n"));
-        rig.points = PointTables{};
-        QSignalSpy loaded(&rig.pointFile, &PointFile::pointLoaded);
-        QCOMPARE(rig.pointFile.ReadPointFile(rig.path(u"a.tbl"_s)), PointFile::ReadResult::Loaded);
-        QCOMPARE(loaded.size(), 64);
-        for (int p = 0; p < 64; ++p) {
-            const PointEntry& a = rig.points.PointTable[static_cast<std::size_t>(p)];
-            const PointEntry& b = saved.PointTable[static_cast<std::size_t>(p)];
-            QCOMPARE(QList<qint32>({a.PosTor, a.AbsInc, a.Position, a.Velocity, a.AccConst,
-                                    a.WaitTime, a.NextStart}),
-                     QList<qint32>({b.PosTor, b.AbsInc, b.Position, b.Velocity, b.AccConst,
-                                    b.WaitTime, b.NextStart}));
-        }
-        QVERIFY(rig.points.PointTableValid && rig.points.changedCount() == 64);
-
         rig.com.setValue(0, -5);
         rig.com.setValue(19, 999999);
         QVERIFY(rig.comFile.write(rig.path(u"a.sct"_s)));
-        const QByteArray sct = rig.load(u"a.sct"_s);
-        QCOMPARE(sct.count("\r\n"), 28);
-        QVERIFY(sct.startsWith("Orvix-Servo v/a/t commands file\r\n-5\r\n"));
+        QVERIFY(rig.load(u"a.sct"_s).startsWith("Orvix-Servo v/a/t commands file\r\n-5\r\n"));
         rig.com = ComTables{};
         rig.com.CmdTorque[0] = 9;
         QCOMPARE(rig.comFile.read(rig.path(u"a.sct"_s)), ComFile::ReadResult::Loaded);
-        QCOMPARE(rig.com.value(0), 0);  // clamped on loading, as if typed
+        QCOMPARE(rig.com.value(0), 0);
         QCOMPARE(rig.com.value(19), 999999);
-        QCOMPARE(rig.com.CmdTorque[0], 9);
+        QCOMPARE(rig.com.CmdTorque[0], 9);  // torque No.0 is not in the file
         QVERIFY(rig.com.ComLoaded && rig.com.changedCount() == 27);
-        QVERIFY(rig.ui.messages.isEmpty());
     }
 
     void brokenFilesKeepWhatCameBefore_data() {
@@ -309,7 +250,6 @@ private slots:
         const QByteArray point = "Orvix-Servo point table data file";
         const QByteArray com = "Orvix-Servo v/a/t commands file";
         QTest::newRow("trailing blank") << u"a.tbl"_s << lines(point + ' ', {"0"}) << 1734 << 0;
-        QTest::newRow("letter case") << u"a.tbl"_s << lines(point.toLower(), {"0"}) << 1734 << 0;
         QTest::newRow("binary") << u"a.tbl"_s << QByteArray("\x00\xff\x10\x02zz\x7f", 7) << 1734
                                 << 0;
         QTest::newRow("100 MB") << u"a.tbl"_s << QByteArray() << 1724 << 0;
@@ -362,23 +302,10 @@ private slots:
         QVERIFY(rig.points.PointChanged[0]);
     }
 
-    void fullDiskKeepsTheOldFile() {
+    // The safe replace itself is the parameter file test's; here only that a failure is told.
+    void failedWriteIsTold() {
         Rig rig;
-        QVERIFY(rig.pointFile.WritePointFile(rig.path(u"a.tbl"_s)));
-        const QByteArray old = rig.load(u"a.tbl"_s);
-        rig.points.PointTable[0].Position = 5;
-        rlimit saved{};
-        QCOMPARE(getrlimit(RLIMIT_FSIZE, &saved), 0);
-        const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit small = saved;
-        small.rlim_cur = 100;
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
-        const bool written = rig.pointFile.WritePointFile(rig.path(u"a.tbl"_s));
-        setrlimit(RLIMIT_FSIZE, &saved);
-        std::signal(SIGXFSZ, previousHandler);
-        QVERIFY(!written);
-        QCOMPARE(rig.load(u"a.tbl"_s), old);
-        QCOMPARE(QDir(rig.dir.path()).entryList(QDir::Files), QStringList{u"a.tbl"_s});
+        QVERIFY(!rig.pointFile.WritePointFile(rig.path(u"none/a.tbl"_s)));
         QCOMPARE(rig.ui.messages.value(0).text, en(1724));
     }
 };
