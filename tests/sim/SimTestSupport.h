@@ -25,12 +25,6 @@ inline qint32 signedField(const QString& hex) {
     return static_cast<qint32>(raw & sign ? raw - (sign << 1) : raw);
 }
 
-inline qint32 unsignedField(const QString& hex) {
-    bool ok = false;
-    const qint32 v = static_cast<qint32>(hex.toUInt(&ok, 16));
-    return ok ? v : -1;
-}
-
 // Sends text to the drive; the reply text, or "<none>" for silence.
 inline QString send(Drive& drive, const QString& text) {
     const std::optional<QString> reply = drive.execute(text);

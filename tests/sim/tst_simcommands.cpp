@@ -7,7 +7,6 @@ using namespace velora::sim;
 using velora::sim::test::payloadField;
 using velora::sim::test::send;
 using velora::sim::test::signedField;
-using velora::sim::test::unsignedField;
 
 class TstSimCommands : public QObject {
     Q_OBJECT
@@ -93,11 +92,8 @@ private slots:
         QTest::addColumn<QStringList>("setup");
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("reply");
-        const QStringList motionCodes = {
-            QStringLiteral("OF"), QStringLiteral("ON"), QStringLiteral("ZO"), QStringLiteral("ZF"),
-            QStringLiteral("VO"), QStringLiteral("VF"), QStringLiteral("PJ"), QStringLiteral("NJ"),
-            QStringLiteral("JF"), QStringLiteral("S0"), QStringLiteral("S1"), QStringLiteral("S2"),
-            QStringLiteral("S3")};
+        const QStringList motionCodes =
+            QStringLiteral("OF ON ZO ZF VO VF PJ NJ JF S0 S1 S2 S3").split(QLatin1Char(' '));
         const QStringList servoOn = {QStringLiteral("0SO")};
         const QStringList running = {QStringLiteral("0SO"), QStringLiteral("0ON")};
         for (const QString& code : motionCodes) {
@@ -153,7 +149,7 @@ private slots:
         QCOMPARE(signedField(payloadField(ma, 33, 4)), m.nowVelocity);
         QCOMPARE(signedField(payloadField(ma, 37, 4)), 100);  // jog velocity, parameter 21
         QCOMPARE(signedField(payloadField(ma, 51, 4)), 15000);
-        const int status = unsignedField(payloadField(ma, 67, 4));
+        const int status = payloadField(ma, 67, 4).toInt(nullptr, 16);
         QCOMPARE(status, m.statusWord);
         QVERIFY(status & (1 << DriveModel::RunPlusBit));
         QVERIFY(status & (1 << DriveModel::CommandPlusBit));
@@ -163,10 +159,10 @@ private slots:
 
         drive.model().raiseAlarm(AlarmState::OverCurrent);
         const QString alarmed = send(drive, QStringLiteral("0ma"));
-        const int alarmStatus = unsignedField(payloadField(alarmed, 67, 4));
+        const int alarmStatus = payloadField(alarmed, 67, 4).toInt(nullptr, 16);
         QVERIFY(alarmStatus & (1 << DriveModel::AlarmBit));
         QVERIFY(!(alarmStatus & (1 << DriveModel::ServoOnBit)));
-        QVERIFY(unsignedField(payloadField(alarmed, 63, 4)) & (1 << DriveModel::AlarmOutBit));
+        QVERIFY(payloadField(alarmed, 63, 4).toInt(nullptr, 16) & (1 << DriveModel::AlarmOutBit));
     }
 
     void olderVersionHasNoTorquePeak() {
