@@ -186,13 +186,11 @@ private slots:
 
     void commandTableTransfer() {
         Rig rig;
+        // The window test reads every cell from the simulated drive; here the widest ATC and
+        // the torque No.0 the drive sends but the program keeps as its own.
         sim::DriveTables drive;
-        for (int i = 0; i < 10; ++i) {
-            drive.velocity[static_cast<std::size_t>(i)] = 100 * i;
-            drive.atc[static_cast<std::size_t>(i)] = 70000 + i;
-        }
-        for (int i = 0; i < 8; ++i)
-            drive.torque[static_cast<std::size_t>(i)] = 1000 + i;
+        drive.atc[9] = 70009;
+        drive.torque[0] = 1000;
         rig.com.CmdTorque[0] = 42;
         rig.com.ComChanged.fill(true);
         rig.port->reply(u"1ca"_s + sim::payload::allCommands(drive));
