@@ -33,14 +33,12 @@ qint32 sample(const ParamTables& t, int n) {
 }
 
 QString readAllReply(const std::array<qint32, ParamTables::Count + 1>& values) {
-    QString text = QStringLiteral("1pa");
+    QString fields;
     for (int n = 0; n < ParamTables::Count; ++n) {
-        text += QString::number(static_cast<quint32>(values[static_cast<std::size_t>(n)]), 16)
-                    .toUpper()
-                    .rightJustified(8, QLatin1Char('0')) +
-                QLatin1Char(',');
+        const auto v = static_cast<quint32>(values[static_cast<std::size_t>(n)]);
+        fields += QStringLiteral("%1,").arg(v, 8, 16, QLatin1Char('0'));
     }
-    return text;
+    return QStringLiteral("1pa") + fields.toUpper();
 }
 
 QByteArray fileText(const QByteArray& identification, const QList<QByteArray>& lines,
@@ -75,10 +73,6 @@ struct Rig : test::LinkRig {
                 numbers << n;
         }
         return numbers;
-    }
-    void goOnline() {
-        state.Online = true;
-        state.MonitorRunning = true;
     }
 
     QTemporaryDir dir;
@@ -255,7 +249,7 @@ private slots:
     // what the window is told.
     void onlineReadMarksOnlyDifferences() {
         Rig rig;
-        rig.goOnline();
+        rig.state.Online = rig.state.MonitorRunning = true;
         for (int n = 0; n < ParamTables::Count; ++n)
             rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
         QVERIFY(rig.file.write(rig.path()));
@@ -293,7 +287,7 @@ private slots:
     void driveReadWithoutValuesClosesTheFile() {
         QFETCH(QString, end);
         Rig rig;
-        rig.goOnline();
+        rig.state.Online = rig.state.MonitorRunning = true;
         QVERIFY(rig.file.write(rig.path()));
         QSignalSpy abandoned(&rig.file, &ParamFile::fileReadAbandoned);
         QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::AwaitingDrive);
