@@ -49,7 +49,6 @@ private slots:
         QTest::addColumn<std::optional<qint32>>("value");
         const std::optional<qint32> no;
         QTest::newRow("blanks, sign") << " +12 " << std::optional(12);
-        QTest::newRow("minus zero") << "-0" << std::optional(0);
         QTest::newRow("exponent") << "25E-1" << std::optional(2);
         QTest::newRow("half down to even") << "2.5" << std::optional(2);
         QTest::newRow("half up to even") << "-3.5" << std::optional(-4);
@@ -78,7 +77,6 @@ private slots:
         QTest::newRow("02 minimum") << 2 << 5 << "0" << 1;
         QTest::newRow("beyond 32 bits") << 6 << 0 << "-1e12" << -99999999;
         QTest::newRow("not numeric restores") << 11 << 42 << "4x2" << 42;
-        QTest::newRow("rounds to the same") << 11 << 42 << "41.5" << 42;
         QTest::newRow("clamps to the same") << 17 << 99999 << "7e7" << 99999;
         QTest::newRow("69 takes 0") << 69 << 5 << "0" << 0;
         QTest::newRow("93 refuses 201") << 93 << 5 << "201" << 5;
@@ -216,7 +214,6 @@ private slots:
         QTest::addColumn<int>("focus");
         QTest::newRow("up from the first") << 0 << int(Qt::Key_Up) << 59;
         QTest::newRow("enter on the last") << 59 << int(Qt::Key_Return) << 0;
-        QTest::newRow("down") << 19 << int(Qt::Key_Down) << 20;
         QTest::newRow("other key") << 5 << int(Qt::Key_Left) << 5;
     }
     void focusMovesAndWraps() {
