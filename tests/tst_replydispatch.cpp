@@ -22,17 +22,6 @@ constexpr quint32 kZeroReturnDone = 1U << 15;
 class TestReplyDispatch : public QObject {
     Q_OBJECT
 private slots:
-    void acknowledgementUnlocksAndPollsAgain() {
-        LinkRig rig;
-        rig.engine.SendCommand(QStringLiteral("1SO"));
-        QVERIFY(!rig.ui.controlsEnabled);
-        rig.port->reply(QStringLiteral("1SO"));
-        QVERIFY(rig.ui.controlsEnabled);
-        QVERIFY(!rig.state.AwaitingReply);
-        QCOMPARE(rig.ui.comText[1], QStringLiteral("1SO"));
-        QCOMPARE(rig.lastSent(), QStringLiteral("1ma"));
-    }
-
     void acknowledgementWithoutMonitorOrDuringCaptureStaysQuiet() {
         LinkRig rig(BackEnd::Rs232, false);
         rig.port->reply(QStringLiteral("1SO"));
@@ -59,27 +48,14 @@ private slots:
             seen.append(text);
             return ReplyStatus::Handled;
         });
-        rig.state.MissedPolls = 2;
         rig.state.ReceiveBuffer = "1PR0";
         rig.port->reply(QStringLiteral("1PR00000064"));
         QCOMPARE(seen, QStringList{"1PR00000064"});
         QCOMPARE(rig.state.ReplyCode, QStringLiteral("PR"));
-        QCOMPARE(rig.state.MissedPolls, 0);
         QVERIFY(rig.state.ReceiveBuffer.isEmpty());
         // A known family without a handler takes the reply without polling again.
         rig.port->reply(QStringLiteral("1AR"));
         QVERIFY(rig.sent().isEmpty());
-    }
-
-    void pollRepliesEchoOnlyWithSwitch() {
-        LinkRig rig;
-        rig.engine.dispatcher().registerHandler(
-            QStringLiteral("ma"), [](const QString&) { return ReplyStatus::Handled; });
-        rig.port->reply(QStringLiteral("1ma0000"));
-        QVERIFY(rig.ui.comText[1].isEmpty());
-        rig.state.EchoPolls = true;
-        rig.port->reply(QStringLiteral("1ma0000"));
-        QCOMPARE(rig.ui.comText[1], QStringLiteral("1ma0000"));
     }
 
     void errorReplies_data() {
