@@ -124,26 +124,16 @@ private slots:
         QCOMPARE(rig.sent(), retry ? (QStringList{"1pa", "1pa"}) : (QStringList{"1pa"}));
     }
 
-    void writesExactlyTheMarkedInAscendingOrder_data() {
-        QTest::addColumn<bool>("nonVolatile");
-        QTest::addColumn<QString>("code");
-        QTest::newRow("memory write") << true << "PW";
-        QTest::newRow("RAM only") << false << "PT";
-    }
     void writesExactlyTheMarkedInAscendingOrder() {
-        QFETCH(bool, nonVolatile);
-        QFETCH(QString, code);
         Rig rig;
-        rig.state.NonVolatileWrite[0] = nonVolatile;
         rig.tables.ParamValue[6] = -5;
         rig.tables.ParamValue[11] = 200;
         rig.mark({60, 11, 6});
         QSignalSpy written(&rig.transfer, &ParamTransfer::parameterWritten);
         QVERIFY(rig.transfer.writeChanged());
         QVERIFY(rig.ui.busyDialogShown && rig.state.ParamTransferActive);
-        rig.acknowledgeWrites(code);
-        const QString w = QStringLiteral("1") + code;
-        QCOMPARE(rig.sent(), (QStringList{w + "6;FFFFFFFB", w + "B;C8", w + "3C;0", "1ma"}));
+        rig.acknowledgeWrites(QStringLiteral("PW"));
+        QCOMPARE(rig.sent(), (QStringList{"1PW6;FFFFFFFB", "1PWB;C8", "1PW3C;0", "1ma"}));
         QCOMPARE(written.size(), 3);
         QCOMPARE(written[2][0].toInt(), 60);
         QVERIFY(!rig.tables.nextChanged(0) && !rig.state.ParamTransferActive);
@@ -230,7 +220,6 @@ private slots:
         QTest::addColumn<bool>("searching");
         QTest::addColumn<QString>("reply");
         QTest::addColumn<int>("version");  // -1: malformed, version stays 0
-        QTest::newRow("version 1.10") << "1PR77" << false << "1PR0000006E" << 110;
         QTest::newRow("search probe") << "3PR77" << true << "3PR00000064" << 100;
         QTest::newRow("short value") << "1PR77" << false << "1PR6A" << 106;
         QTest::newRow("read of 5 is no identification") << "1PR5" << false << "1PR0000006E" << 0;
