@@ -16,8 +16,6 @@ private slots:
         QTest::addColumn<QString>("payload");
         QTest::addColumn<int>("mask");  // -1: malformed
         QTest::addColumn<QList<int>>("history");
-        QTest::newRow("two alarms")
-            << "050305000000000000" << 5 << QList<int>{3, 5, 0, 0, 0, 0, 0, 0};
         QTest::newRow("all active")
             << "FF0801020304050607" << 255 << QList<int>{8, 1, 2, 3, 4, 5, 6, 7};
         QTest::newRow("cut short") << "0" << 0 << QList<int>{0, 0, 0, 0, 0, 0, 0, 0};

@@ -21,7 +21,6 @@ private slots:
         QTest::newRow("no argument") << 1 << u"77"_s << u"2ES"_s;
         QTest::newRow("16-bit") << 4 << u"12"_s << u"2SPC"_s;
         QTest::newRow("32-bit negative") << 11 << u"-1"_s << u"2NWFFFFFFFF"_s;
-        QTest::newRow("zero") << 20 << u"0"_s << u"2VS0"_s;
         QTest::newRow("half to even") << 4 << u"2.5"_s << u"2SP2"_s;
         QTest::newRow("not a number") << 11 << u"abc"_s << u"2NW0"_s;
     }

@@ -92,9 +92,9 @@ private slots:
         QTest::addColumn<int>("alarm");
         QTest::addColumn<QString>("queued");
         QTest::addColumn<QStringList>("sent");
+        // The first reply of a run asks for the identification, before any alarm or queue.
         QTest::newRow("first reply of a run")
             << true << false << 5 << "1QP" << QStringList{"1PR77"};
-        QTest::newRow("next poll") << true << true << 0 << "" << QStringList{"1ma"};
         QTest::newRow("alarm before queued") << true << true << 5 << "1QP" << QStringList{"1AD"};
         QTest::newRow("queued before poll") << true << true << 0 << "1SO" << QStringList{"1SO"};
         QTest::newRow("monitor off") << false << true << 0 << "" << QStringList{};
