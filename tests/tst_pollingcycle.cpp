@@ -81,11 +81,9 @@ private slots:
         QVERIFY(rig.state.MonitorRunning);
         rig.ticks(2);
         QCOMPARE(rig.state.MissedPolls, 3);
-        QVERIFY(!rig.state.MonitorRunning);
+        QVERIFY(!rig.state.MonitorRunning && !rig.state.AlarmSeen);
         QCOMPARE(rig.ui.consoleDisabled, consoleBefore + 1);
-        QVERIFY(rig.ui.transferButtonsDisabled > 0);
-        QVERIFY(!rig.state.AlarmSeen);
-        QVERIFY(rig.ui.controlsEnabled);
+        QVERIFY(rig.ui.transferButtonsDisabled > 0 && rig.ui.controlsEnabled);
         QVERIFY(rig.ui.comText[0].isEmpty());
         rig.ticks(1);
         QVERIFY(!rig.ui.comLive);
