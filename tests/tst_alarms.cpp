@@ -8,7 +8,7 @@
 using namespace velora;
 using velora::test::LinkRig;
 
-// Alarm data and the I/O status names and states, beyond what the windows show of them.
+// Alarm data and the I/O status names, beyond what the windows show of them.
 class TestAlarms : public QObject {
     Q_OBJECT
 private slots:
@@ -69,16 +69,6 @@ private slots:
         const QStringList expected = names.split(QLatin1Char(' '));
         for (int i = 0; i < iostatus::InputCount; ++i)
             QCOMPARE(updated[i], QStringLiteral("IN%1  (%2)").arg(i + 1).arg(expected[i]));
-    }
-
-    void ioStates() {
-        // 1103: OUT1 and OUT2 closed, OUT3 and BK open, IN1 and IN5 closed, IN2-IN4 open.
-        QString states;
-        for (int i = 0; i < iostatus::OutputCount; ++i)
-            states += iostatus::outputClosed(0x1103, i) ? QLatin1Char('C') : QLatin1Char('O');
-        for (int i = 0; i < iostatus::InputCount; ++i)
-            states += iostatus::inputClosed(0x1103, i) ? QLatin1Char('C') : QLatin1Char('O');
-        QCOMPARE(states, QStringLiteral("CCOOCOOOC"));
     }
 };
 
