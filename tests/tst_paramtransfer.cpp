@@ -199,29 +199,27 @@ private slots:
 
     void identification_data() {
         QTest::addColumn<QString>("lastCommand");
-        QTest::addColumn<bool>("searching");
         QTest::addColumn<QString>("reply");
         QTest::addColumn<int>("version");  // -1: malformed, version stays 0
-        QTest::newRow("search probe") << "3PR77" << true << "3PR00000064" << 100;
-        QTest::newRow("short value") << "1PR77" << false << "1PR6A" << 106;
-        QTest::newRow("read of 5 is no identification") << "1PR5" << false << "1PR0000006E" << 0;
-        QTest::newRow("no value") << "1PR77" << false << "1PR" << -1;
-        QTest::newRow("wider than 16 bits") << "1PR77" << false << "1PR0000FFFF" << -1;
+        QTest::newRow("short value") << "1PR77"
+                                     << "1PR6A" << 106;
+        QTest::newRow("read of 5 is no identification") << "1PR5"
+                                                        << "1PR0000006E" << 0;
+        QTest::newRow("no value") << "1PR77"
+                                  << "1PR" << -1;
+        QTest::newRow("wider than 16 bits") << "1PR77"
+                                            << "1PR0000FFFF" << -1;
     }
     void identification() {
         QFETCH(QString, lastCommand);
-        QFETCH(bool, searching);
         QFETCH(QString, reply);
         QFETCH(int, version);
         Rig rig;
         QSignalSpy identified(&rig.transfer, &ParamTransfer::identified);
-        QSignalSpy found(&rig.transfer, &ParamTransfer::portSearchSucceeded);
         rig.engine.SendCommand(lastCommand);
-        rig.state.Searching = searching;
         rig.port->reply(reply);
         QCOMPARE(rig.state.DriverVersion, std::max(version, 0));
         QCOMPARE(identified.size(), version > 0 ? 1 : 0);
-        QCOMPARE(found.size(), searching ? 1 : 0);
         QCOMPARE(rig.ui.messages.size(), version < 0 ? 1 : 0);
         QCOMPARE(rig.tables.ParamValue[0], 0);
     }
