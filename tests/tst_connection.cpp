@@ -204,6 +204,7 @@ private slots:
         engine.start(250);
         QVERIFY(link.PortOpen);
         QVERIFY(pty->read(5).contains("0ma"));
+        QCOMPARE(ui.consoleDisabled, 1);  // until the drive's first reply
 
         const QString oldDevice = location;
         location.clear();  // unplugged: the system lists no such adapter

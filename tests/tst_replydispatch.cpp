@@ -22,13 +22,17 @@ constexpr quint32 kZeroReturnDone = 1U << 15;
 class TestReplyDispatch : public QObject {
     Q_OBJECT
 private slots:
-    void acknowledgementWithoutMonitorOrDuringCaptureStaysQuiet() {
-        LinkRig rig(BackEnd::Rs232, false);
+    // An acknowledgement sends the next poll, unless the monitor is off or a capture holds it.
+    void acknowledgementPollsOnlyWhileTheMonitorRuns() {
+        LinkRig rig;
         rig.port->reply(QStringLiteral("1SO"));
-        rig.state.RealTimeMonitor = true;
+        QCOMPARE(rig.sent(), QStringList{"1ma"});
         rig.state.WaveState = 1;
         rig.port->reply(QStringLiteral("1SO"));
-        QVERIFY(rig.sent().isEmpty());
+        rig.state.WaveState = 0;
+        rig.state.RealTimeMonitor = false;
+        rig.port->reply(QStringLiteral("1SO"));
+        QCOMPARE(rig.sent().size(), 1);
     }
 
     void writeRepliesKeepWindowsLocked() {
