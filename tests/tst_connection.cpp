@@ -47,6 +47,11 @@ QStringList lines(const QList<Finding>& findings) {
     return result;
 }
 
+// What the check finds on a real device, as this process sees it.
+QString realFindings(const QString& device) {
+    return lines(ConnectionCheck::deviceFindings(device, gatherDeviceFacts(device))).join('\n');
+}
+
 }  // namespace
 
 // The connection check and the adapter watch, against a table of device facts and real
@@ -114,9 +119,7 @@ private slots:
         holder.start(QStringLiteral("sleep"), {QStringLiteral("5")});
         QVERIFY(holder.waitForStarted());
         const qint64 pid = holder.processId();
-        const QString found = lines(ConnectionCheck::deviceFindings(
-                                        pty.slavePath(), gatherDeviceFacts(pty.slavePath())))
-                                  .join('\n');
+        const QString found = realFindings(pty.slavePath());
         holder.kill();
         holder.waitForFinished();
         QVERIFY2(found.contains(QStringLiteral("is in use by sleep (process %1)").arg(pid)),
@@ -138,11 +141,7 @@ private slots:
             const bool dropped =
                 ::setgroups(0, nullptr) == 0 && ::setgid(65534) == 0 && ::setuid(65534) == 0;
             const QByteArray found =
-                dropped ? lines(ConnectionCheck::deviceFindings(pty.slavePath(),
-                                                                gatherDeviceFacts(pty.slavePath())))
-                              .join('\n')
-                              .toUtf8()
-                        : QByteArray("could not drop privileges");
+                dropped ? realFindings(pty.slavePath()).toUtf8() : "could not drop privileges";
             [[maybe_unused]] const auto n = ::write(fds[1], found.constData(), found.size());
             ::_exit(0);
         }
@@ -151,13 +150,10 @@ private slots:
         QVERIFY(output.open(fds[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
         const QString found = QString::fromUtf8(output.readAll());
         ::waitpid(child, nullptr, 0);
-        const QString device = pty.slavePath();
-        QVERIFY2(
-            found.contains(
-                QStringLiteral("Problem: You may not open %1 (owner root, group ").arg(device)) &&
-                found.contains(
-                    QStringLiteral("mode 600). Fix: run  sudo chmod 666 %1").arg(device)),
-            qPrintable(found));
+        for (const char* part : {"Problem: You may not open %1 (owner root, group ",
+                                 "mode 600). Fix: run  sudo chmod 666 %1"})
+            QVERIFY2(found.contains(QString::fromLatin1(part).arg(pty.slavePath())),
+                     qPrintable(found));
     }
 
     // Through the real port against a simulated line whose drive is silent: the check offers
