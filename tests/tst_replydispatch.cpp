@@ -113,10 +113,13 @@ private slots:
         QCOMPARE(rig.sent(), QStringList{"1ma"});
     }
 
-    void malformedReplyRetry() {
+    void malformedReplyAsksRetryOrCancel() {
         LinkRig rig(BackEnd::UsbSerial);
-        rig.engine.dispatcher().registerHandler(
-            QStringLiteral("PR"), [](const QString&) { return ReplyStatus::Malformed; });
+        for (const char* code : {"PR", "ma"}) {
+            rig.engine.dispatcher().registerHandler(
+                QLatin1String(code), [](const QString&) { return ReplyStatus::Malformed; });
+        }
+        // Retry: the receive spool is cleared and the command sent again with a fresh count.
         rig.engine.SendCommand(QStringLiteral("1PR5"));
         rig.state.RetryCount = 3;
         rig.ui.answerRetry = true;
@@ -127,26 +130,21 @@ private slots:
         QCOMPARE(rig.sent(), (QStringList{"1PR5", "1PR5"}));
         QCOMPARE(rig.state.RetryCount, 0);
         QVERIFY(rig.state.RealTimeMonitor);
-    }
 
-    void malformedReplyCancelStopsMonitor() {
-        LinkRig rig;
-        rig.engine.dispatcher().registerHandler(
-            QStringLiteral("ma"), [](const QString&) { return ReplyStatus::Malformed; });
+        // Cancel switches the monitor off.
+        rig.ui.answerRetry = false;
         rig.state.ParamTransferActive = true;
         rig.state.WaveState = 2;
         rig.port->reply(QStringLiteral("1maXYZ"));
         QVERIFY(!rig.state.RealTimeMonitor && rig.ui.realTimeMonitorShownOff);
         QCOMPARE(rig.state.WaveState, 0);
-        QVERIFY(rig.ui.controlsEnabled && rig.sent().isEmpty());
+        QVERIFY(rig.ui.controlsEnabled && rig.sent().size() == 2);
         QVERIFY(rig.state.ParamTransferActive);  // transfers are left as they were
-    }
 
-    void errorReplyWithoutClassDigitIsMalformed() {
-        LinkRig rig;
+        // An error reply without its class digit is malformed too.
         rig.port->reply(QStringLiteral("1ER"));
-        QCOMPARE(rig.ui.messages.size(), 1);
-        QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("retry"));
+        QCOMPARE(rig.ui.messages.size(), 3);
+        QCOMPARE(rig.ui.messages[2].kind, QStringLiteral("retry"));
     }
 };
 
