@@ -125,6 +125,10 @@ private slots:
         QVERIFY(!rig.tables.nextChanged(0) && !rig.state.ParamTransferActive);
         // None of them needs a restart: the write ends without a message.
         QVERIFY(rig.ui.messages.isEmpty() && !rig.ui.busyDialogShown && rig.ui.controlsEnabled);
+        // Nothing is left marked: another write sends nothing.
+        QVERIFY(!rig.transfer.writeChanged());
+        QVERIFY(rig.sent().size() == 4 && !rig.ui.busyDialogShown &&
+                !rig.state.ParamTransferActive);
     }
 
     void writeCodeIsChosenPerCommand() {
@@ -134,13 +138,6 @@ private slots:
         rig.state.NonVolatileWrite[0] = false;
         rig.port->reply(QStringLiteral("1PW"));
         QCOMPARE(rig.sent(), (QStringList{"1PW1;0", "1PT2;0"}));
-    }
-
-    void nothingMarkedSendsNothing() {
-        Rig rig;
-        QVERIFY(!rig.transfer.writeChanged());
-        QVERIFY(rig.sent().isEmpty() && rig.ui.messages.isEmpty() && !rig.ui.busyDialogShown);
-        QVERIFY(!rig.state.ParamTransferActive);
     }
 
     void restartList_data() {

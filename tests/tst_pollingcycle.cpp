@@ -20,6 +20,10 @@ private slots:
         rig.port->reply(QStringLiteral("1ma0"));
         rig.ticks(4);
         QCOMPARE(rig.sent().size(), 3);
+        // An outstanding command suspends them.
+        rig.engine.SendCommand(QStringLiteral("1pa"));
+        rig.ticks(8);
+        QCOMPARE(rig.sent().mid(3), QStringList{"1pa"});
     }
 
     void queuedCommandTakesTheSlot_data() {
@@ -90,13 +94,6 @@ private slots:
         // Any reply brings the count back.
         rig.port->reply(QStringLiteral("1ma0"));
         QCOMPARE(rig.state.MissedPolls, 0);
-    }
-
-    void outstandingCommandSuspendsSlots() {
-        LinkRig rig;
-        rig.engine.SendCommand(QStringLiteral("1pa"));
-        rig.ticks(8);
-        QCOMPARE(rig.sent(), QStringList{"1pa"});
     }
 
     void waveProgress_data() {
