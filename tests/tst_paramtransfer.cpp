@@ -127,8 +127,7 @@ private slots:
         QVERIFY(rig.ui.messages.isEmpty() && !rig.ui.busyDialogShown && rig.ui.controlsEnabled);
         // Nothing is left marked: another write sends nothing.
         QVERIFY(!rig.transfer.writeChanged());
-        QVERIFY(rig.sent().size() == 4 && !rig.ui.busyDialogShown &&
-                !rig.state.ParamTransferActive);
+        QVERIFY(rig.sent().size() == 4 && rig.ui.messages.isEmpty() && !rig.ui.busyDialogShown);
     }
 
     void writeCodeIsChosenPerCommand() {
