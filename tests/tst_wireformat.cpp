@@ -7,40 +7,34 @@ using namespace velora;
 class TestWireFormat : public QObject {
     Q_OBJECT
 private slots:
-    void hexToLong_data() {
+    // The two readers of reply fields: HexToLong takes four digits as signed 16 bits,
+    // HexToLong32 as unsigned; eight digits are 32 bits to both.
+    void hexReaders_data() {
+        QTest::addColumn<bool>("wide");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("expected");
-        QTest::newRow("four digits are signed") << "FFFF" << -1;
-        QTest::newRow("7FFF") << "7FFF" << 32767;
-        QTest::newRow("8000") << "8000" << -32768;
-        QTest::newRow("five digits with zero top half") << "0FFFF" << 65535;
-        QTest::newRow("eight digits two's complement") << "FFFFFF9C" << -100;
-        QTest::newRow("six digits") << "12345" << 0x12345;
-        QTest::newRow("nine digits") << "000000064" << 0;
-        QTest::newRow("empty") << "" << 0;
-        QTest::newRow("not hex") << "G1" << 0;
-        QTest::newRow("stops at non-hex") << "1G" << 1;
-        QTest::newRow("lower case") << "ff9c" << -100;
+        QTest::newRow("four digits are signed") << false << "FFFF" << -1;
+        QTest::newRow("7FFF") << false << "7FFF" << 32767;
+        QTest::newRow("8000") << false << "8000" << -32768;
+        QTest::newRow("five digits with zero top half") << false << "0FFFF" << 65535;
+        QTest::newRow("eight digits two's complement") << false << "FFFFFF9C" << -100;
+        QTest::newRow("six digits") << false << "12345" << 0x12345;
+        QTest::newRow("nine digits") << false << "000000064" << 0;
+        QTest::newRow("empty") << false << "" << 0;
+        QTest::newRow("not hex") << false << "G1" << 0;
+        QTest::newRow("stops at non-hex") << false << "1G" << 1;
+        QTest::newRow("lower case") << false << "ff9c" << -100;
+        QTest::newRow("32: four digits are unsigned") << true << "FFFF" << 65535;
+        QTest::newRow("32: keeps the last eight of nine") << true << "1FFFFFFFF" << -1;
+        QTest::newRow("32: negative") << true << "FFFFFF9C" << -100;
+        QTest::newRow("32: upper half zero") << true << "0000FFFF" << 65535;
+        QTest::newRow("32: empty") << true << "" << 0;
     }
-    void hexToLong() {
+    void hexReaders() {
+        QFETCH(bool, wide);
         QFETCH(QString, text);
         QFETCH(int, expected);
-        QCOMPARE(HexToLong(text), expected);
-    }
-
-    void hexToLong32_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("four digits are unsigned") << "FFFF" << 65535;
-        QTest::newRow("keeps the last eight of nine") << "1FFFFFFFF" << -1;
-        QTest::newRow("negative") << "FFFFFF9C" << -100;
-        QTest::newRow("upper half zero") << "0000FFFF" << 65535;
-        QTest::newRow("empty") << "" << 0;
-    }
-    void hexToLong32() {
-        QFETCH(QString, text);
-        QFETCH(int, expected);
-        QCOMPARE(HexToLong32(text), expected);
+        QCOMPARE(wide ? HexToLong32(text) : HexToLong(text), expected);
     }
 
     void hexWriters() {
