@@ -1,6 +1,5 @@
 #include "monitor/AlarmMonitor.h"
 #include "monitor/IoStatus.h"
-#include "monitor/RealTimeMonitor.h"
 #include "support/LinkRig.h"
 
 #include <QSignalSpy>
@@ -9,7 +8,7 @@
 using namespace velora;
 using velora::test::LinkRig;
 
-// Alarm data, alarm reset and history clear, and the I/O status names and states.
+// Alarm data and the I/O status names, beyond what the windows show of them.
 class TestAlarms : public QObject {
     Q_OBJECT
 private slots:
@@ -17,8 +16,6 @@ private slots:
         QTest::addColumn<QString>("payload");
         QTest::addColumn<int>("mask");  // -1: malformed
         QTest::addColumn<QList<int>>("history");
-        QTest::newRow("two alarms")
-            << "050305000000000000" << 5 << QList<int>{3, 5, 0, 0, 0, 0, 0, 0};
         QTest::newRow("all active")
             << "FF0801020304050607" << 255 << QList<int>{8, 1, 2, 3, 4, 5, 6, 7};
         QTest::newRow("cut short") << "0" << 0 << QList<int>{0, 0, 0, 0, 0, 0, 0, 0};
@@ -51,44 +48,11 @@ private slots:
             QCOMPARE(mirror.AlarmHistory[i], static_cast<qint16>(history[i]));
     }
 
-    void historyCaptions() {
-        AlarmData data;
-        data.AlarmHistory = {3, 5, 0, 0, 0, 0, 0, 8};
-        const auto captions = AlarmMonitor::historyCaptions(data, 0);
-        QCOMPARE(captions[0], QStringLiteral("03：System Error"));
-        QCOMPARE(captions[1], QStringLiteral("05：Over Current"));
-        QVERIFY(captions[2].isEmpty());
-        QCOMPARE(captions[7], QStringLiteral("08：Ctrl Voltage Error"));
-    }
-
-    void resetAndClearAskForAlarmData() {
-        LinkRig rig;
-        AlarmData mirror;
-        AlarmMonitor alarms(rig.engine, mirror);
-        RealTimeMonitor monitor(rig.engine);
-        const QString idle = QStringLiteral("1ma") + QString(95, QLatin1Char('0'));
-        rig.state.MonitorRunning = true;
-        alarms.alarmReset();  // waits for the chain while the monitor runs
-        QVERIFY(rig.sent().isEmpty());
-        rig.port->reply(idle);
-        rig.port->reply(QStringLiteral("1AR"));
-        alarms.historyClear();
-        rig.port->reply(idle);
-        rig.port->reply(QStringLiteral("1HC"));
-        QCOMPARE(rig.sent(), (QStringList{"1AR", "1AD", "1HC", "1AD"}));
-        rig.state.RealTimeMonitor = false;  // now sent at once
-        alarms.historyClear();
-        QCOMPARE(rig.lastSent(), QStringLiteral("1HC"));
-        QVERIFY(rig.state.QueuedCommand.isEmpty());
-    }
-
     void inputNames_data() {
         QTest::addColumn<int>("mode");
         QTest::addColumn<int>("p38");
         QTest::addColumn<int>("p46");
         QTest::addColumn<QString>("names");
-        QTest::newRow("mode 0") << 0 << 1 << 3 << "RSEL TSEL1 TSEL2 TSEL3 ARST";
-        QTest::newRow("mode 1") << 1 << 0 << 0 << "PJOG NJOG POT NOT DEC";
         QTest::newRow("mode 2, velocity drive") << 2 << 1 << 3 << "VSTR VSEL0 VSEL1 VSEL2 DIR";
         QTest::newRow("mode 2, p46 1") << 2 << 0 << 1 << "PSEL0 STR POT NOT PSEL0";
         QTest::newRow("mode 2, p46 2") << 2 << 0 << 2 << "PSEL0 STR PJOG NJOG ARST";
@@ -105,17 +69,6 @@ private slots:
         const QStringList expected = names.split(QLatin1Char(' '));
         for (int i = 0; i < iostatus::InputCount; ++i)
             QCOMPARE(updated[i], QStringLiteral("IN%1  (%2)").arg(i + 1).arg(expected[i]));
-    }
-
-    void ioStates() {
-        // 1103: OUT1 and OUT2 closed, OUT3 and BK open, IN1 and IN5 closed, IN2-IN4 open.
-        QString states;
-        for (int i = 0; i < iostatus::OutputCount; ++i)
-            states += iostatus::outputClosed(0x1103, i) ? QLatin1Char('C') : QLatin1Char('O');
-        for (int i = 0; i < iostatus::InputCount; ++i)
-            states += iostatus::inputClosed(0x1103, i) ? QLatin1Char('C') : QLatin1Char('O');
-        QCOMPARE(states, QStringLiteral("CCOOCOOOC"));
-        QCOMPARE(iostatus::stateCaption(true), QStringLiteral(": CLOSE"));
     }
 };
 

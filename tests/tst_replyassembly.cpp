@@ -47,36 +47,33 @@ private slots:
         QCOMPARE(buffer, leftOver);
     }
 
-    void chunksAssembleAcrossReads() {
-        QByteArray buffer;
-        auto outcome = assembly::feedChunk(buffer, QByteArray("\0021P"));
-        QVERIFY(!outcome.reply);
-        // The partial reply keeps its STX: the code stands at 0-based offset 2.
-        QCOMPARE(buffer, QByteArray("\0021P"));
-        outcome = assembly::feedChunk(buffer, QByteArray("R0000"));
-        QVERIFY(!outcome.reply);
-        outcome = assembly::feedChunk(buffer, QByteArray("0064\003trailing\0021SO\x03"));
-        QCOMPARE(outcome.reply.value_or(QByteArray()), QByteArray("1PR00000064"));
-        QVERIFY(outcome.dropsRest);
-        QVERIFY(buffer.isEmpty());
+    // The USB back-end hands over whole chunks; the partial reply keeps its STX.
+    void chunks_data() {
+        QTest::addColumn<QList<QByteArray>>("chunks");
+        QTest::addColumn<QList<QByteArray>>("replies");
+        QTest::addColumn<QByteArray>("leftOver");
+        using L = QList<QByteArray>;
+        QTest::newRow("across reads, rest dropped")
+            << L{"\0021P", "R0000", "0064\003trailing\0021SO\003"} << L{"1PR00000064"}
+            << QByteArray();
+        QTest::newRow("partial stays") << L{"\0021P"} << L{} << QByteArray("\0021P");
+        QTest::newRow("no STX: dropped, the next is read")
+            << L{"1SO\003", "\0021SO\004"} << L{"1SO"} << QByteArray();
+        // An ETX alone in its chunk still ends the reply: the search starts at the new bytes.
+        QTest::newRow("ETX alone") << L{"\0021ma", "\003"} << L{"1ma"} << QByteArray();
     }
-
-    void chunkWithoutStxIsDropped() {
+    void chunks() {
+        QFETCH(QList<QByteArray>, chunks);
+        QFETCH(QList<QByteArray>, replies);
+        QFETCH(QByteArray, leftOver);
         QByteArray buffer;
-        auto outcome = assembly::feedChunk(buffer, QByteArray("1SO\x03"));
-        QVERIFY(!outcome.reply);
-        QVERIFY(buffer.isEmpty());
-        // The next well-formed reply is still assembled.
-        outcome = assembly::feedChunk(buffer, QByteArray("\0021SO\x04"));
-        QCOMPARE(outcome.reply.value_or(QByteArray()), QByteArray("1SO"));
-    }
-
-    void terminatorInEarlierChunkIsNotMissed() {
-        // ETX arriving alone as its own chunk completes the reply.
-        QByteArray buffer;
-        QVERIFY(!assembly::feedChunk(buffer, QByteArray("\0021ma")).reply);
-        QCOMPARE(assembly::feedChunk(buffer, QByteArray("\x03")).reply.value_or(QByteArray()),
-                 QByteArray("1ma"));
+        QList<QByteArray> got;
+        for (const QByteArray& chunk : chunks) {
+            if (auto reply = assembly::feedChunk(buffer, chunk).reply)
+                got.append(*reply);
+        }
+        QCOMPARE(got, replies);
+        QCOMPARE(buffer, leftOver);
     }
 };
 

@@ -23,7 +23,6 @@ public:
     bool answerRetry = false;
 
     bool controlsEnabled = true;
-    int enableCalls = 0;
     int transferButtonsDisabled = 0;
     int consoleDisabled = 0;
     bool busyDialogShown = false;
@@ -38,10 +37,7 @@ public:
     QString comText[2];
     QList<Message> messages;
 
-    void EnableControls(bool enable) override {
-        controlsEnabled = enable;
-        ++enableCalls;
-    }
+    void EnableControls(bool enable) override { controlsEnabled = enable; }
     void DisableTransferButtons() override { ++transferButtonsDisabled; }
     void disableConsole() override { ++consoleDisabled; }
     void showError(const QString& text, const QString& caption) override {

@@ -7,7 +7,6 @@
 #include <stdlib.h>
 #include <termios.h>
 #include <unistd.h>
-#include <cerrno>
 
 namespace velora::test {
 
@@ -30,17 +29,6 @@ PtyPair::PtyPair() {
 PtyPair::~PtyPair() {
     if (master_ >= 0)
         ::close(master_);
-}
-
-void PtyPair::write(const QByteArray& bytes) const {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const auto n = ::write(master_, bytes.constData() + done, bytes.size() - done);
-        if (n < 0 && errno != EAGAIN && errno != EINTR)
-            return;
-        if (n > 0)
-            done += n;
-    }
 }
 
 QByteArray PtyPair::read(int count, int timeoutMs) const {
