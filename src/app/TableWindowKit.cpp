@@ -46,14 +46,13 @@ void paint(QLabel* label, TableColour colour) {
     label->setPalette(palette);
 }
 
-void showCount(QLabel* label, const QString& prefix, int count, int most) {
+void fitCountLine(QLabel* label, const QString& widest) {
     const QFontMetrics metrics(label->font());
     const QMargins margins = label->contentsMargins();
     const int extra = 2 * label->margin();
-    label->setFixedSize(metrics.horizontalAdvance(prefix + QString::number(most)) + margins.left() +
-                            margins.right() + extra + 1,
-                        metrics.height() + margins.top() + margins.bottom() + extra);
-    label->setText(prefix + QString::number(count));
+    label->setFixedSize(
+        metrics.horizontalAdvance(widest) + margins.left() + margins.right() + extra + 1,
+        metrics.height() + margins.top() + margins.bottom() + extra);
 }
 
 QString marked(const QString& caption, bool edited) {

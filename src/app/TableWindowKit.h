@@ -47,9 +47,10 @@ struct ButtonActions {
 void paint(QLineEdit* box, TableColour colour);
 void paint(QLabel* label, TableColour colour);
 
-// "<prefix><count>" in the count line under a table, sized once for `most`: a line that keeps
-// its size does not relayout the window each time a chain writes one more entry.
-void showCount(QLabel* label, const QString& prefix, int count, int most);
+// Fixes the count line under a table to the size of `widest`, its longest text in the present
+// language: a line that keeps its size does not relayout the window each time a chain writes
+// one more entry.
+void fitCountLine(QLabel* label, const QString& widest);
 
 // A caption with the mark of unsaved edits, or without it.
 [[nodiscard]] QString marked(const QString& caption, bool edited);

@@ -138,6 +138,8 @@ void ComTblWindow::LanguageSelect(int languageId) {
     }
     for (int i = 0; i < ButtonCount; ++i)
         Command[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1254 + i));
+    tablekit::fitCountLine(
+        LabelMarked, TextCatalogue::text(languageId, 1861) + QString::number(ComTables::CellCount));
     showMarks();
 }
 
@@ -198,8 +200,8 @@ void ComTblWindow::ResetComRow(int k) {
 }
 
 void ComTblWindow::showMarks() {
-    tablekit::showCount(LabelMarked, TextCatalogue::text(global_.Link.LanguageId, 1861),
-                        tables_.changedCount(), ComTables::CellCount);
+    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1861) +
+                         QString::number(tables_.changedCount()));
 }
 
 bool ComTblWindow::eventFilter(QObject* watched, QEvent* event) {

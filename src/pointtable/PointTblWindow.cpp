@@ -154,6 +154,8 @@ void PointTblWindow::LanguageSelect(int languageId) {
     for (int i = 0; i < ButtonCount; ++i)
         Command[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1458 + i));
     CmdJoin->setText(TextCatalogue::text(languageId, global_.TablesJoined ? 1463 : 1462));
+    tablekit::fitCountLine(
+        LabelMarked, TextCatalogue::text(languageId, 1860) + QString::number(PointTables::Count));
     markedShown_ = -1;
     showMarks();
 }
@@ -264,8 +266,8 @@ void PointTblWindow::showMarks() {
     if (count == markedShown_)
         return;
     markedShown_ = count;
-    tablekit::showCount(LabelMarked, TextCatalogue::text(global_.Link.LanguageId, 1860), count,
-                        PointTables::Count);
+    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1860) +
+                         QString::number(count));
 }
 
 bool PointTblWindow::eventFilter(QObject* watched, QEvent* event) {
