@@ -1,3 +1,4 @@
+#include "app/ClampReport.h"
 #include "app/TextCatalogue.h"
 #include "params/ParamCatalogue.h"
 #include "params/ParamFile.h"
@@ -171,10 +172,25 @@ private slots:
         const bool loads = message == 0;
         QCOMPARE(rig.file.read(rig.path()),
                  loads ? ParamFile::ReadResult::Loaded : ParamFile::ReadResult::Failed);
-        QCOMPARE(rig.ui.messages.size(), loads ? 0 : 1);
+        QCOMPARE(rig.ui.messages.size(), 1);
         if (!loads) {
             QCOMPARE(rig.ui.messages[0].text, en(message));
             QCOMPARE(rig.ui.messages[0].caption, en(message + 1));
+        } else {
+            // A 1 lies outside the range of several parameters: one message says which.
+            QList<int> outside;
+            for (int n = 0; n < ParamTables::ServoCount; ++n) {
+                if (rig.tables.clamped(n, 1) != 1)
+                    outside << n;
+            }
+            const QStringList lines = rig.ui.messages[0].text.split(QLatin1Char('\n'));
+            QCOMPARE(rig.ui.messages[0].caption, en(1790));
+            QCOMPARE(lines.value(0), en(1788).arg(outside.size()));
+            QCOMPARE(lines.value(1), QStringLiteral("%1 %2: 1 \u2192 %3")
+                                         .arg(en(1713))
+                                         .arg(outside[0])
+                                         .arg(rig.tables.clamped(outside[0], 1)));
+            QCOMPARE(lines.size(), 1 + std::min<int>(outside.size(), ClampReport::Listed));
         }
         QCOMPARE(rig.marked(), range(0, stored - 1));
         const auto last = static_cast<std::size_t>(stored - 1);

@@ -1,5 +1,6 @@
 #include "app/CommSettings.h"
 
+#include "app/DriveRules.h"
 #include "app/FieldCheck.h"
 #include "app/MessageBoxes.h"
 #include "app/PortHint.h"
@@ -50,6 +51,7 @@ CommSettings::CommSettings(Global& global, LinkEngine& engine, MessageBoxes& box
     setWindowModality(Qt::ApplicationModal);
     buildLayout();
     search_.setEndHandler([this](PortSearch::Outcome outcome) { onSearchEnded(outcome); });
+    search_.setProbeHandler([this] { showSearchProgress(); });
     fillBaudList(global_.Link.UsbMode);
 }
 
@@ -307,6 +309,8 @@ void CommSettings::applySettings() {
     TxtCOMnum_LostFocus();
     TextAxisNum_LostFocus();
     LinkState& s = global_.Link;
+    const LinkState previous = s;
+    const DriveId previousDrive = driverules::currentDrive(engine_);
     s.UsbMode = usbChosen();
     const int previousPort = s.PortNumber;
     s.PortNumber = TxtCOMnum->text().toInt();
@@ -316,6 +320,16 @@ void CommSettings::applySettings() {
     const QString previousDevice = engine_.deviceOverride();
     if (deviceChoice_)
         engine_.setDeviceOverride(*deviceChoice_);
+    // Edits meant for one drive are not carried to another unasked; No changes nothing.
+    if (driverules::currentDrive(engine_) != previousDrive && driveChangeGuard_ &&
+        !driveChangeGuard_()) {
+        s.UsbMode = previous.UsbMode;
+        s.PortNumber = previous.PortNumber;
+        s.AxisNumber = previous.AxisNumber;
+        s.BaudRate = previous.BaudRate;
+        engine_.setDeviceOverride(previousDevice);
+        return;
+    }
     applyBackEnd(engine_, transports_);
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
@@ -390,10 +404,20 @@ void CommSettings::setSearchingLook(bool searching) {
     const int lang = global_.Link.LanguageId;
     if (searching) {
         CmdSrch->setText(TextCatalogue::text(lang, 1209));
-        Label5->setText(TextCatalogue::text(lang, 1806));
+        showSearchProgress();
     }
     for (QPushButton* b : Command)
         b->setEnabled(!searching);
+}
+
+void CommSettings::showSearchProgress() {
+    const int lang = global_.Link.LanguageId;
+    Label5->setText(TextCatalogue::text(lang, 1806) + QLatin1Char(' ') +
+                    TextCatalogue::text(lang, 1472)
+                        .arg(search_.SearchAxis())
+                        .arg(search_.SearchBaud())
+                        .arg(search_.probesLeft())
+                        .arg(search_.probeCount()));
 }
 
 void CommSettings::onSearchEnded(PortSearch::Outcome outcome) {

@@ -6,6 +6,7 @@
 #include <QDialog>
 
 #include <array>
+#include <functional>
 #include <optional>
 
 class QComboBox;
@@ -46,6 +47,9 @@ public:
     void dismiss();
 
     [[nodiscard]] const PortSearch& portSearch() const { return search_; }
+    // Asked when OK would address another drive (axis or device); false keeps the dialog open
+    // with nothing applied.
+    void setDriveChangeGuard(std::function<bool()> guard) { driveChangeGuard_ = std::move(guard); }
 
 signals:
     // OK opened the port: the status bar shows the axis, the caption goes online.
@@ -80,6 +84,7 @@ private:
     void restoreRealTimeMonitor();
     void onSearchEnded(PortSearch::Outcome outcome);
     void setSearchingLook(bool searching);
+    void showSearchProgress();
 
     Global& global_;
     LinkEngine& engine_;
@@ -91,6 +96,7 @@ private:
     // A device chosen in the port list: empty for "the port number's device"; unset while the
     // user has not touched the port.
     std::optional<QString> deviceChoice_;
+    std::function<bool()> driveChangeGuard_;
 
     std::array<QRadioButton*, 2> OpUsbRs232c{};
     QLabel* Label1 = nullptr;

@@ -1,12 +1,14 @@
 #include "app/MDIParent.h"
 
 #include "app/CommSettings.h"
+#include "app/StopStrip.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComTblWindow.h"
 #include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
 #include "link/InComDialog.h"
 #include "link/SystemBar.h"
+#include "link/TableChain.h"
 #include "link/TraceWindow.h"
 #include "link/WireFormat.h"
 #include "monitor/AlarmMonWindow.h"
@@ -86,7 +88,9 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       monitor_(engine_),
       alarms_(engine_, global.Alarms),
       wave_(engine_, global),
-      adapterWatch_(engine_, global.Connection) {
+      adapterWatch_(engine_, global.Connection),
+      guard_(global, engine_, boxes_),
+      activity_(global, engine_, params_) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
@@ -94,6 +98,7 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
     buildMenus();
     connectReplyFamilies();
     buildConnectionCare();
+    buildGuards();
     CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
     fitToScreen();
 }
@@ -183,6 +188,43 @@ void MDIParent::buildConnectionCare() {
         if (online)
             rememberAdapter();
     });
+}
+
+void MDIParent::buildGuards() {
+    using driverules::Table;
+    prmTbl_->setButtonGuard(guard_.buttonGuard(Table::Params));
+    pointTbl_->setButtonGuard(guard_.buttonGuard(Table::Points));
+    comTbl_->setButtonGuard(guard_.buttonGuard(Table::Commands));
+    commSettings_->setDriveChangeGuard([this] { return guard_.mayChangeDrive(); });
+    connect(&guard_, &TableGuard::marksDropped, this, [this] {
+        prmTbl_->showUnmarked();
+        for (int p = 0; p < PointTables::Count; ++p)
+            pointTbl_->ResetRow(p);
+        for (int k = 0; k < ComTables::CellCount; ++k) {
+            if (k != ComTables::NoCell)
+                comTbl_->ResetComRow(k);
+        }
+    });
+    // The lines stand out while the link addresses another drive than their table's.
+    connect(commSettings_, &CommSettings::axisNumberApplied, this, [this] {
+        prmTbl_->showOrigin();
+        pointTbl_->showOrigin();
+        comTbl_->showOrigin();
+    });
+    inComDialog_->setActivity([this] { activity_.begin(); }, [this] { return activity_.text(); });
+    connect(inComDialog_, &InComDialog::cancelRequested, this,
+            [this] { tablechain::cancel(engine_); });
+
+    stopStrip_ = new StopStrip(engine_, this);
+    addToolBar(Qt::TopToolBarArea, stopStrip_);
+    connect(comConsole_, &ComConsoleWindow::commandButtonsEnabled, stopStrip_,
+            &StopStrip::setStopsEnabled);
+}
+
+bool MDIParent::mayEnd() {
+    if (!quitAgreed_)
+        quitAgreed_ = guard_.mayQuit();
+    return quitAgreed_;
 }
 
 void MDIParent::rememberAdapter() {
@@ -298,6 +340,7 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
     mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
     mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
+    stopStrip_->LanguageSelect(languageId);
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -443,12 +486,15 @@ void MDIParent::mnuSystemLang_Click(int index) {
 }
 
 void MDIParent::softwareVersionChange() {
+    if (!mayEnd())
+        return;
     setup_.settings.clearSiblingSkipFlag();
     const QString directory = setup_.siblingDirectory.isEmpty()
                                   ? QCoreApplication::applicationDirPath()
                                   : setup_.siblingDirectory;
     const SiblingProgram::Launch launch = SiblingProgram::start(directory, setup_.startSibling);
     if (!launch.started) {
+        quitAgreed_ = false;
         engine_.showError(
             launch.tried.join(QLatin1Char('\n')) + QStringLiteral("\nFile Not Found."),
             QStringLiteral("Error"));
@@ -463,6 +509,10 @@ void MDIParent::saveAllSettings() {
 }
 
 void MDIParent::closeEvent(QCloseEvent* event) {
+    if (!ended_ && !mayEnd()) {
+        event->ignore();
+        return;
+    }
     hMon_->programClosing();
     commSettings_->dismiss();
     if (!ended_) {

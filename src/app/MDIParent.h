@@ -3,7 +3,9 @@
 #include "app/AppLinkUi.h"
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
+#include "app/TableGuard.h"
 #include "app/ToolkitTexts.h"
+#include "app/TransferActivity.h"
 #include "comtable/ComTransfer.h"
 #include "connect/AdapterWatch.h"
 #include "link/LinkEngine.h"
@@ -36,6 +38,7 @@ class NumMonitorWindow;
 class OptionDialog;
 class PointTblWindow;
 class PrmTblWindow;
+class StopStrip;
 class TraceWindow;
 class SystemBar;
 class VersionDialog;
@@ -77,6 +80,7 @@ public:
     [[nodiscard]] CommSettings* commSettings() const { return commSettings_; }
     [[nodiscard]] AdapterWatch& adapterWatch() { return adapterWatch_; }
     [[nodiscard]] ConnectionCheckDialog* connectionCheck() const { return checkDialog_; }
+    [[nodiscard]] TableGuard& tableGuard() { return guard_; }
     // The child windows in their start-up order.
     [[nodiscard]] QList<ChildWindow*> childWindows() const;
 
@@ -97,8 +101,11 @@ private:
     void mnuSystemItem_Click(int index);
     void mnuSystemLang_Click(int index);
     void softwareVersionChange();
+    // Asks, once, whether the program may end with edits waiting or the servo on.
+    [[nodiscard]] bool mayEnd();
     void showModal(QDialog* dialog);
     void buildConnectionCare();
+    void buildGuards();
     void rememberAdapter();
 
     Global& global_;
@@ -117,7 +124,11 @@ private:
     AlarmMonitor alarms_;
     WaveCapture wave_;
     AdapterWatch adapterWatch_;
+    TableGuard guard_;
+    TransferActivity activity_;
     bool ended_ = false;
+    // The user has agreed to end the program: the close that follows asks nothing more.
+    bool quitAgreed_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
     SystemBar* systemBar_ = nullptr;
@@ -136,6 +147,7 @@ private:
     OptionDialog* optionDialog_ = nullptr;
     VersionDialog* versionDialog_ = nullptr;
     ConnectionCheckDialog* checkDialog_ = nullptr;
+    StopStrip* stopStrip_ = nullptr;
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileItem0 = nullptr;

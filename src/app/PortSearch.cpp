@@ -33,6 +33,14 @@ QString PortSearch::SearchBaud() const {
     return QString::number(rate(rateIndex_));
 }
 
+int PortSearch::probeCount() const {
+    return rateCount(engine_.state().UsbMode) * (LastAxis + 1);
+}
+
+int PortSearch::probesLeft() const {
+    return probeCount() - (rateIndex_ * (LastAxis + 1) + axis_ + 1);
+}
+
 void PortSearch::start(bool usb) {
     LinkState& s = engine_.state();
     axis_ = 0;
@@ -93,6 +101,8 @@ void PortSearch::probe() {
     s.RetryCount = 0;
     s.TickCount = 0;
     engine_.SendCommand(wire::axisCharacter(axis_) + QStringLiteral("PR77"));
+    if (probed_)
+        probed_();
 }
 
 void PortSearch::finish(Outcome outcome) {

@@ -29,11 +29,17 @@ public:
 
     // Told once per search, after the search state is cleared.
     void setEndHandler(EndHandler handler) { ended_ = std::move(handler); }
+    // Told as each probe leaves, so that the user sees where the search stands.
+    void setProbeHandler(std::function<void()> handler) { probed_ = std::move(handler); }
 
     [[nodiscard]] bool running() const;
     // The axis and rate being probed, or the ones found.
     [[nodiscard]] int SearchAxis() const { return axis_; }
     [[nodiscard]] QString SearchBaud() const;
+    // Probes of the whole search through its back-end (75, or 45 through the USB adapter), and
+    // how many of them are still to come after the one out now.
+    [[nodiscard]] int probeCount() const;
+    [[nodiscard]] int probesLeft() const;
 
     // Opens the port at 9600 through the back-end that usb names and sends the first probe.
     // A port that cannot be opened ends the search at once (NotFound).
@@ -57,6 +63,7 @@ private:
     LinkEngine& engine_;
     TransportFactory factory_;
     EndHandler ended_;
+    std::function<void()> probed_;
     int axis_ = 0;
     int rateIndex_ = 0;
     int savedAxis_ = 0;

@@ -108,6 +108,13 @@ ExitCode CliSession::connectAndIdentify() {
     return identify();
 }
 
+bool CliSession::mayWrite(driverules::Table table) {
+    const std::optional<QString> question = driverules::writeQuestion(global_, engine_, table);
+    if (question)
+        fail(ExitCode::Usage, *question);
+    return !question;
+}
+
 ExitCode CliSession::exec() {
     if (!done_ && !failed_) {
         QEventLoop loop;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DriveRules.h"
 #include "cli/ConsoleLinkUi.h"
 #include "cli/ExitCode.h"
 #include "link/LinkEngine.h"
@@ -56,6 +57,9 @@ public:
     [[nodiscard]] ExitCode identify();
     // Both of the above: what every command that talks to one drive starts with.
     [[nodiscard]] ExitCode connectAndIdentify();
+    // The rule of the windows' Write Servo: a table goes only to the drive it came from. A
+    // script cannot be asked, so another drive is refused (exit code Usage).
+    [[nodiscard]] bool mayWrite(driverules::Table table);
 
     // Runs the event loop until finish() or a failure; returns at once after a failure.
     [[nodiscard]] ExitCode exec();

@@ -59,6 +59,8 @@ ExitCode writeComTable(CliSession& session, const CliArgs& args) {
         return QStringLiteral("sending %1")
             .arg(transfer.writeCommand(tables.nextChanged(0).value_or(0)));
     });
+    if (!session.mayWrite(driverules::Table::Commands))
+        return ExitCode::Usage;
     if (!transfer.writeChanged())
         return ExitCode::Ok;
     const ExitCode code = session.exec();

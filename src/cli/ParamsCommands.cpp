@@ -98,6 +98,8 @@ ExitCode writeParams(CliSession& session, const CliArgs& args) {
         CliSession::out(TextCatalogue::text(0, 1922));
         return ExitCode::Ok;
     }
+    if (!session.mayWrite(driverules::Table::Params))
+        return ExitCode::Usage;
     if (args.isSet(DryRun)) {
         for (auto n = tables.nextChanged(0); n; n = tables.nextChanged(*n + 1))
             CliSession::out(transfer.writeCommand(*n));

@@ -58,6 +58,8 @@ ExitCode writePoints(CliSession& session, const CliArgs& args) {
     session.setActivity([&tables] {
         return QStringLiteral("writing point %1").arg(tables.nextChanged(0).value_or(0));
     });
+    if (!session.mayWrite(driverules::Table::Points))
+        return ExitCode::Usage;
     if (!transfer.WriteChangedPoints())
         return ExitCode::Ok;
     const ExitCode code = session.exec();

@@ -1,11 +1,15 @@
 #include "comtable/ComFile.h"
 
+#include "app/ClampReport.h"
+#include "app/DriveRules.h"
+#include "app/TextCatalogue.h"
 #include "comtable/ComEdit.h"
 #include "link/LinkEngine.h"
 #include "link/TableFile.h"
 #include "shared/BoundedLineReader.h"
 #include "shared/ComTables.h"
 #include "shared/FileNumber.h"
+#include "shared/LinkState.h"
 
 #include <limits>
 
@@ -15,6 +19,20 @@ namespace {
 
 const QByteArray Identification = QByteArrayLiteral("Orvix-Servo v/a/t commands file");
 const QByteArray LineEnd = QByteArrayLiteral("\r\n");
+
+// The column heading of a cell: " Velocity (rpm)", "  ATC  (ms)", "  Torque  (%x100)".
+int headingText(int k) {
+    switch (ComTables::column(k)) {
+        case ComTables::Column::Atc:
+            return 1252;
+        case ComTables::Column::Torque:
+            return 1253;
+        case ComTables::Column::Velocity:
+        case ComTables::Column::None:
+            break;
+    }
+    return 1251;
+}
 
 }  // namespace
 
@@ -44,6 +62,8 @@ ComFile::ReadResult ComFile::read(const QString& path) {
     if (!tablefile::open(engine_, file, path, Identification, 1736, 1737))
         return ReadResult::Failed;
     ComEdit edit(tables_);
+    const int lang = engine_.state().LanguageId;
+    ClampReport clamped;
     for (int k = 0; k < ComTables::CellCount; ++k) {
         if (k == ComTables::NoCell)
             continue;
@@ -63,12 +83,20 @@ ComFile::ReadResult ComFile::read(const QString& path) {
         tables_.setValue(k, *number);
         // The editor's own check clamps what the cell cannot hold, as if typed.
         const FieldCheck check = edit.leave(k, QString::fromLatin1(*line));
+        if (check.value != *number) {
+            clamped.add(QStringLiteral("No.%1 %2")
+                            .arg(ComEdit::row(k))
+                            .arg(TextCatalogue::text(lang, headingText(k)).trimmed()),
+                        *number, check.value);
+        }
         tables_.ComChanged[static_cast<std::size_t>(k)] = true;
         emit cellLoaded(k, check.shown.value_or(QString::fromLatin1(*line)), check.changed);
     }
     tables_.ComLoaded = true;
+    tables_.Origin = driverules::connectedDrive(engine_);
     emit fileLoaded();
     engine_.EnableControls(true);
+    clamped.show(engine_);
     return ReadResult::Loaded;
 }
 

@@ -1,5 +1,6 @@
 #include "comtable/ComTblWindow.h"
 
+#include "app/DriveLine.h"
 #include "app/TableWindowKit.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComFile.h"
@@ -99,6 +100,8 @@ void ComTblWindow::buildFoot() {
     LabelMarked = new QLabel(this);
     LabelMarked->setObjectName(QStringLiteral("LabelMarked"));
     layout()->addWidget(LabelMarked);
+    driveLine_ = new DriveLine(tables_.Origin, engine_, this);
+    layout()->addWidget(driveLine_);
     auto* row = new QHBoxLayout;
     tablekit::addButtons(this, row, Command, [this](int i) { Command_Click(i); });
     static_cast<QVBoxLayout*>(layout())->addLayout(row);
@@ -115,6 +118,8 @@ void ComTblWindow::connectSources() {
     connect(&transfer_, &ComTransfer::cellRefreshed, this,
             [this](int k) { TextCom.at(static_cast<std::size_t>(k))->setText(edit_.text(k)); });
     connect(&transfer_, &ComTransfer::cellWritten, this, &ComTblWindow::ResetComRow);
+    connect(&transfer_, &ComTransfer::tableRefreshed, driveLine_, &DriveLine::refresh);
+    connect(file_, &ComFile::fileLoaded, driveLine_, &DriveLine::refresh);
     connect(&transfer_, &ComTransfer::transferFinished, this,
             [this] { Command[WriteServo]->setEnabled(false); });
     connect(file_, &ComFile::cellLoaded, this, [this](int k, const QString& shown, bool clamped) {
@@ -141,6 +146,11 @@ void ComTblWindow::LanguageSelect(int languageId) {
     tablekit::fitCountLine(
         LabelMarked, TextCatalogue::text(languageId, 1861) + QString::number(ComTables::CellCount));
     showMarks();
+    driveLine_->refresh();
+}
+
+void ComTblWindow::showOrigin() {
+    driveLine_->refresh();
 }
 
 void ComTblWindow::showCaption() {
@@ -168,6 +178,8 @@ void ComTblWindow::applyControls() {
 }
 
 void ComTblWindow::Command_Click(int index) {
+    if (buttonGuard_ && !buttonGuard_(index))
+        return;
     const tablekit::ButtonActions actions{
         QStringLiteral("Commands(*.sct)"),
         QStringLiteral("sct"),

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <array>
+#include <functional>
 
 class QLabel;
 class QLineEdit;
@@ -16,6 +17,7 @@ namespace velora {
 
 class ComFile;
 class ComTransfer;
+class DriveLine;
 class LinkEngine;
 struct Global;
 
@@ -47,6 +49,11 @@ public:
     // Every box shows its stored value anew; colours stay.
     void showAllCells();
     void ResetComRow(int k);
+
+    // Asked before a button's action; false stops it (see TableGuard::buttonGuard).
+    void setButtonGuard(std::function<bool(int)> guard) { buttonGuard_ = std::move(guard); }
+    // The line naming the drive the table came from, as it is now.
+    void showOrigin();
 
     [[nodiscard]] ComFile& comFile() const { return *file_; }
 
@@ -81,6 +88,8 @@ private:
     std::array<QLineEdit*, ComTables::CellCount> TextCom{};
     std::array<QPushButton*, ButtonCount> Command{};
     QLabel* LabelMarked = nullptr;
+    DriveLine* driveLine_ = nullptr;
+    std::function<bool(int)> buttonGuard_;
     QTimer Timer1;
     QString lastFile_;
     bool frameHooked_ = false;

@@ -1,5 +1,6 @@
 #include "comtable/ComTransfer.h"
 
+#include "app/DriveRules.h"
 #include "link/LinkEngine.h"
 #include "link/TableChain.h"
 #include "link/WireFormat.h"
@@ -112,6 +113,7 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
         tables_.setValue(k, HexToLong(text.mid(start, digits)));
     }
     tables_.ComChanged.fill(false);
+    tables_.Origin = driverules::currentDrive(engine_);
     emit tableRefreshed();
     tablechain::endTableRead(engine_, tables_.ComLoaded, link_.ComTableTransferActive, [this] {
         chain_ = Chain::None;

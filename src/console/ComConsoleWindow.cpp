@@ -176,6 +176,7 @@ void ComConsoleWindow::applyEnabling() {
             i < ConsoleCommands::FirstVersionedButton ? consoleEnabled_ : versioned);
     }
     CommandSend->setEnabled(consoleEnabled_);
+    emit commandButtonsEnabled(consoleEnabled_ && linkReady());
 }
 
 void ComConsoleWindow::setComText(int index, const QString& text) {

@@ -42,6 +42,10 @@ public:
     // RAM-only writes).
     [[nodiscard]] bool commandSendVisible() const { return commandSendShown_; }
 
+signals:
+    // The command buttons (the stops among them) became usable or not.
+    void commandButtonsEnabled(bool enabled);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -94,4 +94,16 @@ void ConsoleCommands::post(const QString& text) {
     engine_.SendCommand(now);
 }
 
+void ConsoleCommands::stop(int button) {
+    LinkState& s = engine_.state();
+    const QString text = commandText(s.AxisNumber, button, QString());
+    // An alarm sends its query ahead of any queued command, turn after turn.
+    if (s.RealTimeMonitor && s.MonitorRunning && s.WaveState == 0 && !s.AlarmSeen) {
+        s.QueuedCommand = text;
+        return;
+    }
+    s.QueuedCommand.clear();
+    engine_.SendCommand(text);
+}
+
 }  // namespace velora

@@ -46,6 +46,10 @@ public:
     // The posting rule, except that a command waits for the monitor chain only while no wave
     // capture holds the chain still.
     void post(const QString& text);
+    // A stop button (EmcStop, ServoofF, JogofF): it takes the place of whatever command waits,
+    // so that nothing queued before it follows it, and leaves with the monitor chain's next
+    // turn, or at once when no running chain would carry it soon.
+    void stop(int button);
 
 private:
     LinkEngine& engine_;

@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace velora {
@@ -19,21 +20,54 @@ InComDialog::InComDialog(const LinkState& state, QWidget* parent) : QDialog(pare
     Label1->setObjectName(QStringLiteral("Label1"));
     Label1->setAlignment(Qt::AlignCenter);
     layout->addWidget(Label1);
+    LabelActivity = new QLabel(this);
+    LabelActivity->setObjectName(QStringLiteral("LabelActivity"));
+    LabelActivity->setAlignment(Qt::AlignCenter);
+    // Wide enough for the longest line, so that the dialog does not jump as the count runs.
+    LabelActivity->setMinimumWidth(LabelActivity->fontMetrics().averageCharWidth() * 56);
+    layout->addWidget(LabelActivity);
+    CmdCancel = new QPushButton(this);
+    CmdCancel->setObjectName(QStringLiteral("CmdCancel"));
+    layout->addWidget(CmdCancel, 0, Qt::AlignCenter);
+    connect(CmdCancel, &QPushButton::clicked, this, &InComDialog::cancelRequested);
+    activityTimer_.setInterval(ActivityIntervalMs);
+    connect(&activityTimer_, &QTimer::timeout, this, &InComDialog::showActivity);
 }
 
 void InComDialog::LanguageSelect(int languageId) {
     setWindowTitle(TextCatalogue::text(languageId, 1804));
     Label1->setText(TextCatalogue::text(languageId, 1805));
+    CmdCancel->setText(TextCatalogue::text(languageId, 1206));
+}
+
+void InComDialog::setActivity(std::function<void()> begin, std::function<QString()> text) {
+    begin_ = std::move(begin);
+    activity_ = std::move(text);
 }
 
 void InComDialog::showBusy() {
     LanguageSelect(state_.LanguageId);
+    if (begin_)
+        begin_();
+    showActivity();
     adjustSize();
     if (const QWidget* owner = parentWidget()) {
         move(owner->mapToGlobal(owner->rect().center()) - rect().center());
     }
     show();
     raise();
+    activityTimer_.start();
+}
+
+void InComDialog::hideBusy() {
+    activityTimer_.stop();
+    hide();
+}
+
+void InComDialog::showActivity() {
+    const QString text = activity_ ? activity_() : QString();
+    if (text != LabelActivity->text())
+        LabelActivity->setText(text);
 }
 
 void InComDialog::closeEvent(QCloseEvent* event) {

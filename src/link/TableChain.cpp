@@ -1,6 +1,7 @@
 #include "link/TableChain.h"
 
 #include "link/LinkEngine.h"
+#include "shared/LinkState.h"
 
 namespace velora::tablechain {
 
@@ -20,6 +21,20 @@ void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
     engine.EnableControls(true);
     engine.sendPoll();
     engine.resumeTimer1();
+}
+
+void cancel(LinkEngine& engine) {
+    LinkState& s = engine.state();
+    s.AwaitingReply = false;
+    s.ParamTransferActive = false;
+    s.PointTransferActive = false;
+    s.ComTableTransferActive = false;
+    // The chain's first command may still wait for its slot.
+    s.QueuedCommand.clear();
+    engine.HideDialog();
+    engine.EnableControls(true);
+    if (s.WaveState == 0)
+        engine.sendPoll();
 }
 
 }  // namespace velora::tablechain

@@ -21,6 +21,11 @@ void start(LinkEngine& engine, bool& transferActive, const QString& command);
 void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
                   const std::function<void()>& finish);
 
+// The user's Cancel of a running transfer: it ends as an error reply ends it. The outstanding
+// command is no longer awaited, every chain stops where it is (what was not yet written stays
+// marked), the busy dialog goes, the windows are usable again and the monitor chain resumes.
+void cancel(LinkEngine& engine);
+
 }  // namespace tablechain
 
 }  // namespace velora

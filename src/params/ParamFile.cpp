@@ -1,5 +1,7 @@
 #include "params/ParamFile.h"
 
+#include "app/ClampReport.h"
+#include "app/DriveRules.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "shared/LinkState.h"
@@ -93,6 +95,8 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
 
 bool ParamFile::PrmFileRead(bool compare) {
     const int last = FileWithSystem ? ParamTables::Count - 1 : ParamTables::ServoCount - 1;
+    const int lang = engine_.state().LanguageId;
+    ClampReport clamped;
     for (int n = 0; n <= last; ++n) {
         const std::optional<QByteArray> line = nextLine();
         const std::optional<qint32> number =
@@ -105,6 +109,10 @@ bool ParamFile::PrmFileRead(bool compare) {
         const auto i = static_cast<std::size_t>(n);
         const qint32 old = tables_.ParamValue[i];
         tables_.ParamValue[i] = tables_.clamped(n, *number);
+        if (tables_.ParamValue[i] != *number) {
+            clamped.add(TextCatalogue::text(lang, 1713) + QLatin1Char(' ') + QString::number(n),
+                        *number, tables_.ParamValue[i]);
+        }
         // Compared with the drive, only what the file changes needs writing.
         const bool marked = !compare || tables_.ParamValue[i] != old;
         if (marked)
@@ -113,11 +121,13 @@ bool ParamFile::PrmFileRead(bool compare) {
     }
     closeFile();
     tables_.ParamsLoaded = true;
+    tables_.Origin = driverules::connectedDrive(engine_);
     lastLoadOk_ = true;
     const bool online = engine_.state().Online;
     if (online)
         engine_.EnableControls(true);
     emit fileLoaded(online);
+    clamped.show(engine_);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "params/ParamTransfer.h"
 
+#include "app/DriveRules.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "link/WireFormat.h"
@@ -106,6 +107,7 @@ ReplyStatus ParamTransfer::OnParamAll(const QString& text) {
         tables_.ParamValue[i] = HexToLong(text.mid(DataStart + FieldWidth * n, FieldDigits));
         tables_.ParamChanged[i] = false;
     }
+    tables_.Origin = driverules::currentDrive(engine_);
     emit valuesRefreshed();
     engine_.HideDialog();
     if (tables_.FileReadPending)

@@ -1,5 +1,6 @@
 #include "params/PrmTblWindow.h"
 
+#include "app/DriveLine.h"
 #include "app/MessageBoxes.h"
 #include "app/TableWindowKit.h"
 #include "app/TextCatalogue.h"
@@ -65,6 +66,8 @@ PrmTblWindow::PrmTblWindow(Global& global, LinkEngine& engine, ParamTransfer& tr
     SSTabPrm->setObjectName(QStringLiteral("SSTabPrm"));
     column->addWidget(SSTabPrm, 1);
     buildTabs();
+    driveLine_ = new DriveLine(global.Params.Origin, engine, this);
+    column->addWidget(driveLine_);
     buildButtons();
     // Its own window until the gesture first places it beside this one. Made after the tabs,
     // so that a search by name below this window meets this window's boxes first.
@@ -133,6 +136,8 @@ void PrmTblWindow::connectSources() {
             setColour(n, BoxColour::Clean);
     });
     connect(&transfer_, &ParamTransfer::valueRefreshed, this, &PrmTblWindow::showParameter);
+    connect(&transfer_, &ParamTransfer::valuesRefreshed, driveLine_, &DriveLine::refresh);
+    connect(file_, &ParamFile::fileLoaded, driveLine_, &DriveLine::refresh);
     connect(&transfer_, &ParamTransfer::parameterWritten, this, [this](int number) {
         if (number < PrmEdit::BoxCount)
             setColour(number, BoxColour::Clean);
@@ -166,6 +171,16 @@ void PrmTblWindow::LanguageSelect(int languageId) {
     Command[ReadFile]->setText(TextCatalogue::text(languageId, 1562));
     Command[WriteServo]->setText(TextCatalogue::text(languageId, 1563));
     Command[ReadServo]->setText(TextCatalogue::text(languageId, 1564));
+    driveLine_->refresh();
+}
+
+void PrmTblWindow::showOrigin() {
+    driveLine_->refresh();
+}
+
+void PrmTblWindow::showUnmarked() {
+    for (int n = 0; n < PrmEdit::BoxCount; ++n)
+        setColour(n, BoxColour::Clean);
 }
 
 void PrmTblWindow::EnableControls(bool enable) {
@@ -191,6 +206,8 @@ void PrmTblWindow::applyControls() {
 }
 
 void PrmTblWindow::Command_Click(int index) {
+    if (buttonGuard_ && !buttonGuard_(index))
+        return;
     switch (index) {
         case WriteFile:
             file_->write(chooseFile(true));

@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <array>
+#include <functional>
 
 class QLabel;
 class QLineEdit;
@@ -15,6 +16,7 @@ class QTabWidget;
 
 namespace velora {
 
+class DriveLine;
 class LinkEngine;
 class MessageBoxes;
 class ParamFile;
@@ -50,6 +52,13 @@ public:
     // table value anew; the colour stays.
     void showParameter(int number);
 
+    // Asked before a button's action; false stops it (see TableGuard::buttonGuard).
+    void setButtonGuard(std::function<bool(int)> guard) { buttonGuard_ = std::move(guard); }
+    // The line naming the drive the values came from, as it is now.
+    void showOrigin();
+    // Every box of 00-59 clean again: the marks were dropped.
+    void showUnmarked();
+
     [[nodiscard]] SprmTblWindow* systemWindow() const { return sprm_; }
     [[nodiscard]] ParamFile& paramFile() const { return *file_; }
 
@@ -77,6 +86,8 @@ private:
     PrmEdit edit_;
     ParamFile* file_ = nullptr;
     SprmTblWindow* sprm_ = nullptr;
+    DriveLine* driveLine_ = nullptr;
+    std::function<bool(int)> buttonGuard_;
 
     QTabWidget* SSTabPrm = nullptr;
     std::array<QLineEdit*, PrmEdit::BoxCount> TxtPrm{};

@@ -1,9 +1,13 @@
 #include "pointtable/PointFile.h"
 
+#include "app/ClampReport.h"
+#include "app/DriveRules.h"
+#include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "link/TableFile.h"
 #include "shared/BoundedLineReader.h"
 #include "shared/FileNumber.h"
+#include "shared/LinkState.h"
 #include "shared/PointTables.h"
 
 #include <limits>
@@ -55,6 +59,8 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
     if (!tablefile::open(engine_, file, path, Identification, 1734, 1735))
         return ReadResult::Failed;
     PointEdit edit(tables_);
+    const int lang = engine_.state().LanguageId;
+    ClampReport clamped;
     for (int p = 0; p < PointTables::Count; ++p) {
         for (const PointField field : FileOrder) {
             const std::optional<QByteArray> line = file.next();
@@ -71,6 +77,14 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
             edit.setValue(p, field, *number);
             // The editor's own check clamps what the field cannot hold, as if typed.
             const FieldCheck check = edit.leave(p, field, QString::fromLatin1(*line));
+            if (check.value != *number) {
+                // Named as the window names the box: its row and its column heading.
+                clamped.add(
+                    QStringLiteral("Point%1 %2")
+                        .arg(p)
+                        .arg(TextCatalogue::text(lang, 1451 + static_cast<int>(field)).trimmed()),
+                    *number, check.value);
+            }
             emit fieldLoaded(p, field, check.shown.value_or(QString::fromLatin1(*line)),
                              check.changed);
         }
@@ -78,8 +92,10 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
         emit pointLoaded(p);
     }
     tables_.PointTableValid = true;
+    tables_.Origin = driverules::connectedDrive(engine_);
     emit fileLoaded();
     engine_.EnableControls(true);
+    clamped.show(engine_);
     return ReadResult::Loaded;
 }
 

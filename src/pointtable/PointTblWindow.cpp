@@ -1,5 +1,6 @@
 #include "pointtable/PointTblWindow.h"
 
+#include "app/DriveLine.h"
 #include "app/TableWindowKit.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
@@ -101,6 +102,8 @@ void PointTblWindow::buildFoot() {
     LabelMarked = new QLabel(this);
     LabelMarked->setObjectName(QStringLiteral("LabelMarked"));
     layout()->addWidget(LabelMarked);
+    driveLine_ = new DriveLine(tables_.Origin, engine_, this);
+    layout()->addWidget(driveLine_);
     auto* row = new QHBoxLayout;
     tablekit::addButtons(this, row, Command, [this](int i) { Command_Click(i); });
     CmdJoin = new QPushButton(this);
@@ -123,6 +126,8 @@ void PointTblWindow::connectSources() {
                 edit_.text(p, fieldAt(f)));
     });
     connect(&transfer_, &PointTransfer::pointWritten, this, &PointTblWindow::ResetRow);
+    connect(&transfer_, &PointTransfer::tableRefreshed, driveLine_, &DriveLine::refresh);
+    connect(file_, &PointFile::fileLoaded, driveLine_, &DriveLine::refresh);
     connect(&transfer_, &PointTransfer::transferFinished, this,
             [this] { Command[WriteServo]->setEnabled(false); });
     connect(
@@ -158,6 +163,11 @@ void PointTblWindow::LanguageSelect(int languageId) {
         LabelMarked, TextCatalogue::text(languageId, 1860) + QString::number(PointTables::Count));
     markedShown_ = -1;
     showMarks();
+    driveLine_->refresh();
+}
+
+void PointTblWindow::showOrigin() {
+    driveLine_->refresh();
 }
 
 void PointTblWindow::showCaption() {
@@ -185,6 +195,8 @@ void PointTblWindow::applyControls() {
 }
 
 void PointTblWindow::Command_Click(int index) {
+    if (buttonGuard_ && !buttonGuard_(index))
+        return;
     const tablekit::ButtonActions actions{
         QStringLiteral("Point Table Data(*.tbl)"),
         QStringLiteral("tbl"),

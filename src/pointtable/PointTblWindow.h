@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <array>
+#include <functional>
 #include <optional>
 
 class QLabel;
@@ -16,6 +17,7 @@ class QTabWidget;
 
 namespace velora {
 
+class DriveLine;
 class LinkEngine;
 class PointFile;
 class PointTransfer;
@@ -51,6 +53,11 @@ public:
     void MarkEdited(int point);
     void MarkLoaded(int point);
     void ResetRow(int point);
+
+    // Asked before a button's action; false stops it (see TableGuard::buttonGuard).
+    void setButtonGuard(std::function<bool(int)> guard) { buttonGuard_ = std::move(guard); }
+    // The line naming the drive the table came from, as it is now.
+    void showOrigin();
 
     [[nodiscard]] PointFile& pointFile() const { return *file_; }
 
@@ -93,6 +100,8 @@ private:
     std::array<QPushButton*, ButtonCount> Command{};
     QPushButton* CmdJoin = nullptr;
     QLabel* LabelMarked = nullptr;
+    DriveLine* driveLine_ = nullptr;
+    std::function<bool(int)> buttonGuard_;
     QTimer Timer1;
     QString lastFile_;
     bool frameHooked_ = false;

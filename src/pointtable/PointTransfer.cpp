@@ -1,5 +1,6 @@
 #include "pointtable/PointTransfer.h"
 
+#include "app/DriveRules.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "link/TableChain.h"
@@ -95,6 +96,7 @@ ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
         storeBlock(p, text, DataStart + BlockWidth * p);
         tables_.PointChanged[static_cast<std::size_t>(p)] = false;
     }
+    tables_.Origin = driverules::currentDrive(engine_);
     emit tableRefreshed();
     tablechain::endTableRead(engine_, tables_.PointTableValid, link_.PointTransferActive, [this] {
         chain_ = Chain::None;

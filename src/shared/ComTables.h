@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/DriveId.h"
+
 #include <QtGlobal>
 
 #include <algorithm>
@@ -30,6 +32,8 @@ struct ComTables {
     bool ComLoaded = false;
     // Cell in transfer.
     int ComIndex = 0;
+    // The drive the table came from, or none.
+    DriveId Origin;
 
     [[nodiscard]] static constexpr Column column(int k) {
         if (k >= 0 && k < FirstAtcCell)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/DriveId.h"
+
 #include <QtGlobal>
 
 #include <algorithm>
@@ -37,6 +39,8 @@ struct ParamTables {
     bool Prm45Undo = false;
     // A parameter file waits to be merged when the drive's values arrive.
     bool FileReadPending = false;
+    // The drive the values came from, or none.
+    DriveId Origin;
 
     [[nodiscard]] bool inRange(int n, qint64 value) const {
         return value >= ParamMin.at(static_cast<std::size_t>(n)) &&

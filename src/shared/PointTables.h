@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/DriveId.h"
+
 #include <QtGlobal>
 
 #include <algorithm>
@@ -44,6 +46,8 @@ struct PointTables {
     bool PointTableValid = false;
     // Point in transfer.
     int PointTransferIndex = 0;
+    // The drive the table came from, or none.
+    DriveId Origin;
 
     // The lowest marked point from `from` on.
     [[nodiscard]] std::optional<int> nextChanged(int from) const {

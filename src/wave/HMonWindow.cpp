@@ -20,6 +20,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -226,7 +228,12 @@ void HMonWindow::onArmed(int statusText) {
     panel_->LblEng->clear();
     panel_->PictEnable->setEnabled(false);
     panel_->CmdCancel->setEnabled(true);
-    panel_->CmdCancel->setFocus(Qt::OtherFocusReason);
+    // Focus in a window behind others would bring it to the front over the window in use.
+    const auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
+    const bool inFront =
+        frame ? frame->mdiArea() && frame->mdiArea()->activeSubWindow() == frame : isActiveWindow();
+    if (inFront)
+        panel_->CmdCancel->setFocus(Qt::OtherFocusReason);
 }
 
 void HMonWindow::CmdRun_Click() {

@@ -60,6 +60,8 @@ public:
         window = std::make_unique<MDIParent>(global, std::move(setup));
         window->messageBoxes().setAnswerer([this](const MessageBoxes::Message& message) {
             messages.append(message);
+            if (message.buttons.testFlag(QMessageBox::Yes))
+                return yesNoAnswer;
             return message.buttons.testFlag(QMessageBox::Retry) ? QMessageBox::Cancel
                                                                 : QMessageBox::Ok;
         });
@@ -107,6 +109,8 @@ public:
     QTemporaryDir dir;
     Global global;
     bool refuseOpen = false;
+    // The answer to every Yes/No question.
+    QMessageBox::StandardButton yesNoAnswer = QMessageBox::No;
     QList<MessageBoxes::Message> messages;
     std::unique_ptr<MDIParent> window;
 };

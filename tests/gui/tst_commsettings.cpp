@@ -234,9 +234,13 @@ private slots:
         DialogRig rig({{"COMSetting/USB-RS232C", "True"}});
         rig.click(u"CmdSrch"_s);
         QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(), en(1209));
-        QCOMPARE(rig.control<QLabel>(u"Label5"_s)->text(), en(1806));
+        // Where the search stands: the probe out now and how many are still to come.
+        const auto* state = rig.control<QLabel>(u"Label5"_s);
+        QCOMPARE(state->text(), en(1806) + u" "_s + en(1472).arg(0).arg(9600).arg(44).arg(45));
         QVERIFY(!rig.control(u"Command(0)"_s)->isEnabled());
-        rig.ticks(2 * 15 * 3);
+        rig.ticks(2 * 16);
+        QCOMPARE(state->text(), en(1806) + u" "_s + en(1472).arg(1).arg(19200).arg(28).arg(45));
+        rig.ticks(2 * 15 * 3 - 2 * 16);
         QCOMPARE(rig.messages.size(), 1);
         QCOMPARE(rig.messages[0].text, en(1809));
         QCOMPARE(rig.messages[0].title, en(1810));

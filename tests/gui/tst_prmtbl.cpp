@@ -114,6 +114,13 @@ private slots:
         QVERIFY(rig.button(PrmTblWindow::ReadServo)->isEnabled());
         rig.type(20, u"5"_s);
 
+        // The edit is dropped only when the user agrees.
+        QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
+        QCOMPARE(rig.messages.last().title, en(1784));
+        QCOMPARE(rig.messages.last().defaultButton, QMessageBox::No);
+        rig.ticks(2);
+        QVERIFY(!rig.sent().contains(u"0pa"_s) && rig.global.Params.ParamChanged[20]);
+        rig.yesNoAnswer = QMessageBox::Yes;
         QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
         QVERIFY(QTest::qWaitFor([&rig] {
             rig.ticks(1);
@@ -127,7 +134,7 @@ private slots:
         QVERIFY(rig.box(20)->isEnabled());
         QVERIFY(rig.button(PrmTblWindow::WriteServo)->isEnabled());
 
-        rig.type(20, u"2"_s);  // takes effect after a restart
+        rig.type(20, u"2"_s);                      // takes effect after a restart
         QCOMPARE(baseOf(rig.box(20)), 0xFF8080u);  // marked for the write
         QTest::mouseClick(rig.button(PrmTblWindow::WriteServo), Qt::LeftButton);
         const QString write = rig.global.Link.NonVolatileWrite[0] ? u"0PW14;2"_s : u"0PT14;2"_s;

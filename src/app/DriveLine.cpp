@@ -1,0 +1,21 @@
+#include "app/DriveLine.h"
+
+#include "app/DriveRules.h"
+#include "link/LinkEngine.h"
+#include "shared/LinkState.h"
+
+namespace velora {
+
+DriveLine::DriveLine(const DriveId& origin, const LinkEngine& engine, QWidget* parent)
+    : QLabel(parent), origin_(origin), engine_(engine) {
+    setObjectName(QStringLiteral("LabelDrive"));
+}
+
+void DriveLine::refresh() {
+    setText(driverules::originLine(engine_.state().LanguageId, origin_));
+    const bool elsewhere = origin_.known() && origin_ != driverules::currentDrive(engine_);
+    setStyleSheet(elsewhere ? QStringLiteral("QLabel { color: #B00000; font-weight: bold; }")
+                            : QString());
+}
+
+}  // namespace velora
