@@ -66,8 +66,16 @@ void InComDialog::hideBusy() {
 
 void InComDialog::showActivity() {
     const QString text = activity_ ? activity_() : QString();
-    if (text != LabelActivity->text())
-        LabelActivity->setText(text);
+    if (text == LabelActivity->text())
+        return;
+    LabelActivity->setText(text);
+    // A longer line (a longer device name, more digits) widens the dialog; it never shrinks
+    // while shown, so that it does not jump as the count runs.
+    if (isVisible() && sizeHint().width() > width()) {
+        const QPoint centre = geometry().center();
+        adjustSize();
+        move(centre - rect().center());
+    }
 }
 
 void InComDialog::closeEvent(QCloseEvent* event) {
