@@ -89,11 +89,4 @@ QString discardQuestion(int languageId, const Unwritten& marked) {
     return TextCatalogue::text(languageId, marked.total() == 1 ? 1782 : 1783).arg(joined);
 }
 
-void dropMarks(Global& global) {
-    global.Params.ParamChanged.fill(false);
-    global.Params.Prm45Undo = false;
-    global.Points.PointChanged.fill(false);
-    global.Com.ComChanged.fill(false);
-}
-
 }  // namespace velora::driverules

@@ -48,9 +48,6 @@ struct Unwritten {
 // "3 parameters and 2 points are not written to the drive. Discard them?"
 [[nodiscard]] QString discardQuestion(int languageId, const Unwritten& marked);
 
-// Every mark of every table cleared: the edits will not be written.
-void dropMarks(Global& global);
-
 }  // namespace driverules
 
 }  // namespace velora

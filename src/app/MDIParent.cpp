@@ -89,7 +89,8 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
       alarms_(engine_, global.Alarms),
       wave_(engine_, global),
       adapterWatch_(engine_, global.Connection),
-      guard_(global, engine_, boxes_),
+      copies_(global, params_, points_, commands_),
+      guard_(global, engine_, boxes_, copies_),
       activity_(global, engine_, params_) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
@@ -196,14 +197,18 @@ void MDIParent::buildGuards() {
     pointTbl_->setButtonGuard(guard_.buttonGuard(Table::Points));
     comTbl_->setButtonGuard(guard_.buttonGuard(Table::Commands));
     commSettings_->setDriveChangeGuard([this] { return guard_.mayChangeDrive(); });
-    connect(&guard_, &TableGuard::marksDropped, this, [this] {
-        prmTbl_->showUnmarked();
+    connect(&guard_, &TableGuard::editsDropped, this, [this] {
+        prmTbl_->showTableAnew();
+        pointTbl_->showAllPoints();
         for (int p = 0; p < PointTables::Count; ++p)
             pointTbl_->ResetRow(p);
+        comTbl_->showAllCells();
         for (int k = 0; k < ComTables::CellCount; ++k) {
             if (k != ComTables::NoCell)
                 comTbl_->ResetComRow(k);
         }
+        pointTbl_->showOrigin();
+        comTbl_->showOrigin();
     });
     // The lines stand out while the link addresses another drive than their table's.
     connect(commSettings_, &CommSettings::axisNumberApplied, this, [this] {
@@ -378,6 +383,7 @@ void MDIParent::startUp() {
     toolkitTexts_.select(s.LanguageId);
     InitParamTables(global_.Params);
     InitComTable(global_.Com);
+    copies_.takeAll();
     // Each window loads its texts as it loads, so that none stands empty while the port is
     // being opened and a message may be waiting; all are set again once every window is there.
     LanguageSelect(s.LanguageId);

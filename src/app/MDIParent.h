@@ -2,6 +2,7 @@
 
 #include "app/AppLinkUi.h"
 #include "app/MessageBoxes.h"
+#include "app/DriveCopies.h"
 #include "app/ShellSetup.h"
 #include "app/TableGuard.h"
 #include "app/ToolkitTexts.h"
@@ -124,6 +125,7 @@ private:
     AlarmMonitor alarms_;
     WaveCapture wave_;
     AdapterWatch adapterWatch_;
+    DriveCopies copies_;
     TableGuard guard_;
     TransferActivity activity_;
     bool ended_ = false;

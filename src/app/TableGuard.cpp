@@ -1,5 +1,6 @@
 #include "app/TableGuard.h"
 
+#include "app/DriveCopies.h"
 #include "app/MessageBoxes.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
@@ -15,8 +16,9 @@ constexpr int WriteServoButton = 2;
 constexpr int ReadServoButton = 3;
 }  // namespace
 
-TableGuard::TableGuard(Global& global, LinkEngine& engine, MessageBoxes& boxes, QObject* parent)
-    : QObject(parent), global_(global), engine_(engine), boxes_(boxes) {
+TableGuard::TableGuard(Global& global, LinkEngine& engine, MessageBoxes& boxes, DriveCopies& copies,
+                       QObject* parent)
+    : QObject(parent), global_(global), engine_(engine), boxes_(boxes), copies_(copies) {
 }
 
 bool TableGuard::ask(const QString& text, int title) {
@@ -45,8 +47,8 @@ bool TableGuard::mayChangeDrive() {
         return true;
     if (!ask(driverules::discardQuestion(global_.Link.LanguageId, marked), 1784))
         return false;
-    driverules::dropMarks(global_);
-    emit marksDropped();
+    copies_.restore();
+    emit editsDropped();
     return true;
 }
 

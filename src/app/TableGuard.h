@@ -8,6 +8,7 @@
 
 namespace velora {
 
+class DriveCopies;
 class LinkEngine;
 class MessageBoxes;
 struct Global;
@@ -20,13 +21,15 @@ struct Global;
 class TableGuard : public QObject {
     Q_OBJECT
 public:
-    TableGuard(Global& global, LinkEngine& engine, MessageBoxes& boxes, QObject* parent = nullptr);
+    TableGuard(Global& global, LinkEngine& engine, MessageBoxes& boxes, DriveCopies& copies,
+               QObject* parent = nullptr);
 
     // Write Servo of `table`.
     [[nodiscard]] bool mayWrite(driverules::Table table);
     // Read Servo or Read File of `table`, over its marked entries.
     [[nodiscard]] bool mayReplace(driverules::Table table);
-    // The link is to address another axis or device: Yes drops every mark.
+    // The link is to address another axis or device: Yes takes every table back to what its
+    // drive holds and drops every mark.
     [[nodiscard]] bool mayChangeDrive();
     // Quit, or the main window's close box.
     [[nodiscard]] bool mayQuit();
@@ -35,8 +38,8 @@ public:
     [[nodiscard]] std::function<bool(int)> buttonGuard(driverules::Table table);
 
 signals:
-    // The marks of every table were dropped: the windows paint their boxes clean again.
-    void marksDropped();
+    // The edits of every table were dropped: the windows show their tables anew.
+    void editsDropped();
 
 private:
     [[nodiscard]] bool ask(const QString& text, int title);
@@ -44,6 +47,7 @@ private:
     Global& global_;
     LinkEngine& engine_;
     MessageBoxes& boxes_;
+    DriveCopies& copies_;
 };
 
 }  // namespace velora

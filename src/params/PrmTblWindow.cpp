@@ -178,9 +178,11 @@ void PrmTblWindow::showOrigin() {
     driveLine_->refresh();
 }
 
-void PrmTblWindow::showUnmarked() {
+void PrmTblWindow::showTableAnew() {
+    showAllValues();
     for (int n = 0; n < PrmEdit::BoxCount; ++n)
         setColour(n, BoxColour::Clean);
+    driveLine_->refresh();
 }
 
 void PrmTblWindow::EnableControls(bool enable) {

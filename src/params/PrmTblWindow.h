@@ -56,8 +56,8 @@ public:
     void setButtonGuard(std::function<bool(int)> guard) { buttonGuard_ = std::move(guard); }
     // The line naming the drive the values came from, as it is now.
     void showOrigin();
-    // Every box of 00-59 clean again: the marks were dropped.
-    void showUnmarked();
+    // Every value shown anew and every box clean: the edits were dropped.
+    void showTableAnew();
 
     [[nodiscard]] SprmTblWindow* systemWindow() const { return sprm_; }
     [[nodiscard]] ParamFile& paramFile() const { return *file_; }

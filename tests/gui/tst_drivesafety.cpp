@@ -82,6 +82,7 @@ private slots:
         QTest::mouseClick(ok, Qt::LeftButton);
         QVERIFY(!settings->isVisible() && !rig.global.Params.ParamChanged[8]);
         QCOMPARE(rig.link().AxisNumber, 3);
+        QCOMPARE(box8->text(), QString::number(axis0.param(8)));  // the edit is gone
         QCOMPARE(baseOf(box8), 0xFFFFFFu);
 
         // Axis 0's values go to axis 3 only when the user agrees.
