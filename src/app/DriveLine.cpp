@@ -9,6 +9,8 @@ namespace velora {
 DriveLine::DriveLine(const DriveId& origin, const LinkEngine& engine, QWidget* parent)
     : QLabel(parent), origin_(origin), engine_(engine) {
     setObjectName(QStringLiteral("LabelDrive"));
+    // A device path can be long and the table windows narrow: the line wraps, never cuts.
+    setWordWrap(true);
 }
 
 void DriveLine::refresh() {

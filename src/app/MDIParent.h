@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/AppLinkUi.h"
-#include "app/MessageBoxes.h"
 #include "app/DriveCopies.h"
+#include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
 #include "app/TableGuard.h"
 #include "app/ToolkitTexts.h"
