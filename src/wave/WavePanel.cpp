@@ -30,6 +30,13 @@ QString indexed(const char* name, int i) {
 QComboBox* combo(QWidget* parent, const QString& name, bool editable = false) {
     auto* box = named(new QComboBox(parent), name);
     box->setEditable(editable);
+    if (editable) {
+        // The list keeps exactly its entries: a typed number is limited by the window when the
+        // box is left, never added as an entry that could later be chosen unchecked. Without
+        // completion "5" stays 5 and does not become the entry "50".
+        box->setInsertPolicy(QComboBox::NoInsert);
+        box->setCompleter(nullptr);
+    }
     box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return box;
 }
