@@ -1,5 +1,6 @@
 #include "monitor/AlarmMonWindow.h"
 
+#include "app/SpokenValue.h"
 #include "app/TextCatalogue.h"
 #include "monitor/AlarmMonitor.h"
 
@@ -93,8 +94,9 @@ void AlarmMonWindow::showAlarms(const AlarmData& alarms) {
     }
     for (int i = 0; i < AlarmData::HistoryLength; ++i) {
         QLabel* entry = LabelAlmHistory[static_cast<std::size_t>(i)];
-        entry->setText(history[static_cast<std::size_t>(i)]);
-        entry->setAccessibleName(Label1[1]->text() + QStringLiteral(" %1").arg(i + 1));
+        // The entry's alarm is read out after its place: "Alarm History 1: 05：Over Current".
+        spoken::setName(entry, Label1[1]->text() + QStringLiteral(" %1").arg(i + 1));
+        spoken::setValue(entry, history[static_cast<std::size_t>(i)]);
     }
 }
 

@@ -176,6 +176,7 @@ private slots:
         QCOMPARE(overCurrent->text(), en(1158));
         QCOMPARE(background(shell.find(u"LabelNowAlarm(0)"_s)), window->idleLampColour());
         QCOMPARE(newest->text(), en(1158));
+        QCOMPARE(newest->accessibleName(), en(1151) + u" 1: "_s + en(1158));
         QVERIFY(shell.find(u"LabelAlmHistory(1)"_s)->text().isEmpty());
 
         QVERIFY(shell.click(u"CommandALM(0)"_s));
@@ -210,7 +211,7 @@ private slots:
         QVERIFY(shell.runUntil(
             [&] { return shell.find(u"LblInName(0)"_s)->text() == u"IN1  (PJOG)"_s; }));
         QCOMPARE(shell.find(u"LblInName(4)"_s)->text(), u"IN5  (DEC)"_s);
-        QCOMPARE(shell.find(u"LblInState(0)"_s)->accessibleName(), u"IN1  (PJOG)"_s);
+        QCOMPARE(shell.find(u"LblInState(0)"_s)->accessibleName(), u"IN1  (PJOG) : OPEN"_s);
 
         shell.drive().setInputs(0b00001);
         QVERIFY(
