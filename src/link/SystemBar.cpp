@@ -95,6 +95,14 @@ void SystemBar::LanguageSelect(int languageId) {
     Label2->setText(TextCatalogue::text(languageId, 1601));
     Label3->setText(TextCatalogue::text(languageId, 1602));
     LblCom->setText(TextCatalogue::text(languageId, 1603));
+    // What each indicator's colour means, on the indicator and on its name.
+    const std::array<QLabel*, 4> indicators{ShpStatus[0], ShpStatus[1], LblSVON, LblCom};
+    const std::array<QLabel*, 4> names{Label1, Label2, LblSVON, LblCom};
+    for (std::size_t i = 0; i < indicators.size(); ++i) {
+        const QString meaning = TextCatalogue::text(languageId, 1194 + static_cast<int>(i));
+        indicators[i]->setToolTip(meaning);
+        names[i]->setToolTip(meaning);
+    }
     // The lamps have no text of their own: they are named after the label beside them, which
     // has just changed.
     lampShown_ = {};

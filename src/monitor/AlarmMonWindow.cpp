@@ -76,9 +76,11 @@ void AlarmMonWindow::LanguageSelect(int languageId) {
     Label1[1]->setText(TextCatalogue::text(languageId, 1151));
     CommandALM[0]->setText(TextCatalogue::text(languageId, 1152));
     CommandALM[1]->setText(TextCatalogue::text(languageId, 1153));
-    for (int i = 0; i < AlarmData::AlarmCount; ++i)
-        LabelNowAlarm[static_cast<std::size_t>(i)]->setText(
-            AlarmMonitor::alarmName(i + 1, languageId));
+    for (int i = 0; i < AlarmData::AlarmCount; ++i) {
+        QLabel* lamp = LabelNowAlarm[static_cast<std::size_t>(i)];
+        lamp->setText(AlarmMonitor::alarmName(i + 1, languageId));
+        lamp->setToolTip(AlarmMonitor::alarmAdvice(i + 1, languageId));
+    }
     // The history names follow the language, and the lamps' spoken state with them.
     showAlarms(monitor_.alarms());
 }

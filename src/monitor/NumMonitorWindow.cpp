@@ -152,6 +152,10 @@ void NumMonitorWindow::LanguageSelect(int languageId) {
         Label1[k]->setText(statusNames[k]);
         // A screen reader reads the state under the name of its bit.
         spoken::setName(LabelStatus[k], statusNames[k]);
+        // What the bit means, on its name and on its state alike.
+        const QString meaning = TextCatalogue::text(languageId, 1178 + static_cast<int>(k));
+        Label1[k]->setToolTip(meaning);
+        LabelStatus[k]->setToolTip(meaning);
     }
     for (std::size_t k = 0; k < valueNames.size(); ++k) {
         Label2[k]->setText(valueNames[k]);

@@ -103,6 +103,9 @@ private slots:
         for (int i = 31; i <= 34; ++i)
             QCOMPARE(shell.find<QPushButton>(u"CmdButton(%1)"_s.arg(i))->isEnabled(),
                      version >= 110);
+        // A locked button still says what it would send and why it is locked.
+        const QString tip = shell.find<QPushButton>(u"CmdButton(32)"_s)->toolTip();
+        QVERIFY2(tip.startsWith(u"EW \u2014 "_s) && tip.endsWith(en(1097)), qPrintable(tip));
         if (version < 110)
             return;
 
