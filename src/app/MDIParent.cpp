@@ -1,6 +1,8 @@
 #include "app/MDIParent.h"
 
 #include "app/CommSettings.h"
+#include "app/HelpDialog.h"
+#include "app/HelpMenu.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComTblWindow.h"
 #include "connect/ConnectionCheckDialog.h"
@@ -283,6 +285,8 @@ void MDIParent::buildMenus() {
         connect(item, &QAction::triggered, this, [this, i] { mnuSystemLang_Click(i); });
         mnuSystemLang[static_cast<std::size_t>(i)] = item;
     }
+    helpMenu_ = new HelpMenu(
+        *this, [this] { showModal(versionDialog_); }, [this] { return global_.Link.LanguageId; });
 }
 
 void MDIParent::LanguageSelect(int languageId) {
@@ -298,6 +302,7 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
     mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
     mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
+    helpMenu_->LanguageSelect(languageId);
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -470,7 +475,8 @@ void MDIParent::closeEvent(QCloseEvent* event) {
         saveAllSettings();
     }
     for (QDialog* dialog :
-         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_})
+         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_,
+                                         helpMenu_->dialog()})
         dialog->hide();
     QMainWindow::closeEvent(event);
 }

@@ -30,6 +30,7 @@ class ComTblWindow;
 class CommSettings;
 class ConnectionCheckDialog;
 class HMonWindow;
+class HelpMenu;
 class IOStatusWindow;
 class InComDialog;
 class NumMonitorWindow;
@@ -145,6 +146,7 @@ private:
     QMenu* mnuLanguage = nullptr;
     std::array<QAction*, 2> mnuSystemLang{};
     QAction* mnuSystemCheck = nullptr;
+    HelpMenu* helpMenu_ = nullptr;
 };
 
 }  // namespace velora
