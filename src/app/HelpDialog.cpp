@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
+#include <QMdiSubWindow>
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -68,6 +69,12 @@ HelpDialog::HelpDialog(const QWidget& shortcutsOf, QWidget* parent)
     GrdShortcuts = makeTable(QStringLiteral("GrdShortcuts"), 2, TabHelp);
     TabHelp->addTab(GrdShortcuts, QString());
     GrdAlarms = makeTable(QStringLiteral("GrdAlarms"), 3, TabHelp);
+    GrdAlarms->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    GrdAlarms->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    GrdAlarms->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+    // Wrapped causes and remedies stay whole whatever the width.
+    connect(GrdAlarms->horizontalHeader(), &QHeaderView::sectionResized, GrdAlarms,
+            &QTableWidget::resizeRowsToContents);
     TabHelp->addTab(GrdAlarms, QString());
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
@@ -90,6 +97,8 @@ void HelpDialog::showPage(Page page, int languageId) {
     fillAlarms(languageId);
     TabHelp->setCurrentIndex(static_cast<int>(page));
     show();
+    // The wrapped rows fit the columns as they are once shown.
+    GrdAlarms->resizeRowsToContents();
     raise();
     activateWindow();
 }
@@ -113,12 +122,21 @@ void HelpDialog::LanguageSelect(int languageId) {
 void HelpDialog::fillShortcuts(int languageId) {
     const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
     GrdShortcuts->setRowCount(0);
-    // Every action of the main window that has a key, in the order the menus made them.
+    // Every action of the main window that has a key, in the order they were made. The frames
+    // of the windows inside bring Qt's own (Ctrl+W), which their system menu already shows in
+    // Qt's words; those are left out.
+    QStringList listed;
     for (const QAction* action : shortcutsOf_.findChildren<QAction*>()) {
-        if (action->shortcut().isEmpty() || action->text().isEmpty())
+        if (action->shortcut().isEmpty() || action->text().isEmpty() ||
+            qobject_cast<QMdiSubWindow*>(action->parent()))
             continue;
-        addRow(GrdShortcuts,
-               {action->shortcut().toString(QKeySequence::NativeText), plainText(action->text())});
+        const QStringList row{action->shortcut().toString(QKeySequence::NativeText),
+                              plainText(action->text())};
+        const QString key = row.join(QLatin1Char('\t'));
+        if (listed.contains(key))
+            continue;
+        listed << key;
+        addRow(GrdShortcuts, row);
     }
     const auto keys = [](std::initializer_list<Qt::Key> list) {
         QStringList names;
@@ -142,8 +160,6 @@ void HelpDialog::fillAlarms(int languageId) {
                {AlarmMonitor::alarmName(n, languageId), AlarmMonitor::alarmCause(n, languageId),
                 AlarmMonitor::alarmRemedy(n, languageId)});
     }
-    GrdAlarms->resizeColumnToContents(0);
-    GrdAlarms->setColumnWidth(1, (GrdAlarms->viewport()->width() - GrdAlarms->columnWidth(0)) / 2);
     GrdAlarms->resizeRowsToContents();
 }
 
