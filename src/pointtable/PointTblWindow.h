@@ -62,6 +62,7 @@ protected:
 
 private:
     void buildTab(int tab);
+    void keepTabsInSight();
     void buildFoot();
     void connectSources();
     void applyControls();
