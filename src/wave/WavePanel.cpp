@@ -157,9 +157,18 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     LblJap = named(new QLabel(PictYomitorichu), QStringLiteral("LblJap"));
     LblEng = named(new QLabel(PictYomitorichu), QStringLiteral("LblEng"));
     LblT = named(new QLabel(PictYomitorichu), QStringLiteral("LblT"));
-    for (QLabel* label : {LblJap, LblEng, LblT})
+    for (QLabel* label : {LblJap, LblEng, LblT}) {
+        // The marks grow with the record and a status may be long: they take the width there
+        // is rather than widening the panel, which would squeeze the traces and the settings.
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         status->addWidget(label);
+    }
     LblEng->hide();  // kept for the second language line, empty in this program
+    // Its place is kept while it is hidden, so that showing it for a capture does not take the
+    // height of the settings above it.
+    QSizePolicy keep = PictYomitorichu->sizePolicy();
+    keep.setRetainSizeWhenHidden(true);
+    PictYomitorichu->setSizePolicy(keep);
     sideColumn->addWidget(PictYomitorichu);
     CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
     sideColumn->addWidget(CmdCancel);
@@ -208,8 +217,9 @@ void WavePanel::fillLists(int languageId, const WaveMonSettings& w) {
 
 QString WavePanel::settingsLine(int lang, const WaveStore& store) const {
     const auto text = [lang](int id) { return TextCatalogue::text(lang, id); };
+    // Three lines: the channels, the time axis, the trigger.
     return QStringLiteral(
-               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10   %11 %12 %13, %14 %15   "
+               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10\n%11 %12 %13, %14 %15\n"
                "%16: %17 %18, %19 %20")
         .arg(text(1304), text(1307), CmbVelScale->currentText(), text(1308))
         .arg(store.ZeroLevel[0])

@@ -31,7 +31,7 @@ public:
     // The lists whose entries are catalogue texts, in the language given, keeping the choices
     // of the settings; nothing is signalled.
     void fillLists(int languageId, const WaveMonSettings& settings);
-    // The display and trigger settings in one line, for the image of the traces.
+    // The display and trigger settings in three lines, for the image of the traces.
     [[nodiscard]] QString settingsLine(int languageId, const WaveStore& store) const;
 
     QWidget* PictEnable = nullptr;

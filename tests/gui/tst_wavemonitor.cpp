@@ -119,9 +119,11 @@ private slots:
         // Armed on a rising velocity: the chain stops and nothing is polled while it waits.
         // Run is locked while another exchange (the identification, a poll) is in flight.
         QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
+        const QRect settings = control(rig, u"PictEnable"_s)->geometry();
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
         QCOMPARE(status->text(), en(1338));
+        QCOMPARE(control(rig, u"PictEnable"_s)->geometry(), settings);  // nothing squeezed
         QVERIFY(!control(rig, u"PictEnable"_s)->isEnabled());
         QVERIFY(!rig.find<QPushButton>(u"LabelRtMon(0)"_s)->isEnabled());
         QVERIFY(cancel->isEnabled());
@@ -205,6 +207,11 @@ private slots:
         QCOMPARE(received.last(), u"0ma"_s);
 
         saveShots(rig, window);
+        // The image keeps room for the three lines of settings above the traces.
+        int traces = 0;
+        for (int i = 0; i < 3; ++i)
+            traces += control(rig, u"Picture1(%1)"_s.arg(i))->height() + 2;
+        QVERIFY(window->composeImage().height() - traces >= 3 * window->fontMetrics().height());
 
         // The markers by mouse and keys: dropped at the far left the trigger stops at 20 %,
         // and each step is sent to the drive as new trigger settings.
