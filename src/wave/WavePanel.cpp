@@ -6,6 +6,7 @@
 #include "wave/WaveScale.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -164,14 +165,30 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
         status->addWidget(label);
     }
     LblEng->hide();  // kept for the second language line, empty in this program
-    // Its place is kept while it is hidden, so that showing it for a capture does not take the
-    // height of the settings above it.
-    QSizePolicy keep = PictYomitorichu->sizePolicy();
-    keep.setRetainSizeWhenHidden(true);
-    PictYomitorichu->setSizePolicy(keep);
-    sideColumn->addWidget(PictYomitorichu);
+    // Laid over the panel, outside its layout: showing it takes no height from the settings.
+    PictYomitorichu->installEventFilter(this);
     CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
     sideColumn->addWidget(CmdCancel);
+}
+
+void WavePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeBusyPanel();
+}
+
+bool WavePanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == PictYomitorichu && event->type() == QEvent::Show)
+        placeBusyPanel();
+    return QWidget::eventFilter(watched, event);
+}
+
+void WavePanel::placeBusyPanel() {
+    // Over the foot of the settings, just above Cancel: they are locked while a capture runs.
+    const int height = PictYomitorichu->sizeHint().height();
+    const QRect settings = PictEnable->geometry();
+    PictYomitorichu->setGeometry(settings.left(), settings.bottom() + 1 - height, settings.width(),
+                                 height);
+    PictYomitorichu->raise();
 }
 
 void WavePanel::LanguageSelect(int languageId) {

@@ -18,9 +18,10 @@ struct WaveMonSettings;
 struct WaveStore;
 
 // The controls of the wave monitor beside its traces: the settings container (PictEnable) with
-// the trigger, time, channel and display choices, the file, image and Run buttons, and under it
-// the capture status (PictYomitorichu with LblJap, LblEng, LblT) and Cancel. It only lays them
-// out and labels them; HMonWindow gives them their behaviour, as a form gives its window.
+// the trigger, time, channel and display choices, the file, image and Run buttons, the capture
+// status (PictYomitorichu with LblJap, LblEng, LblT) laid over their foot while a capture runs,
+// and Cancel under them. It only lays them out and labels them; HMonWindow gives them their
+// behaviour, as a form gives its window.
 class WavePanel : public QWidget {
     Q_OBJECT
 public:
@@ -66,6 +67,13 @@ public:
     QLabel* LblJap = nullptr;
     QLabel* LblEng = nullptr;
     QLabel* LblT = nullptr;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void placeBusyPanel();
 };
 
 }  // namespace velora
