@@ -474,9 +474,8 @@ void MDIParent::closeEvent(QCloseEvent* event) {
         ended_ = true;
         saveAllSettings();
     }
-    for (QDialog* dialog :
-         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_,
-                                         helpMenu_->dialog()})
+    for (QDialog* dialog : std::initializer_list<QDialog*>{
+             optionDialog_, versionDialog_, inComDialog_, checkDialog_, helpMenu_->dialog()})
         dialog->hide();
     QMainWindow::closeEvent(event);
 }
