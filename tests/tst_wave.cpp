@@ -39,7 +39,10 @@ private slots:
         QTest::newRow("50 %") << u"50"_s << 128 << 50;
         QTest::newRow("below 20 %") << u"10"_s << 0x33 << 20;
         QTest::newRow("above 80 %") << u"95"_s << 0xCD << 80;
-        QTest::newRow("rounded entry") << u"37.5"_s << 97 << 38;
+        // Rounded after the conversion: 37.5 % is 96 exactly; 20.3 % is 51.97, not 20 % (51).
+        QTest::newRow("fraction converted") << u"37.5"_s << 96 << 38;
+        QTest::newRow("fraction near 20 %") << u"20.3"_s << 52 << 20;
+        QTest::newRow("below by a fraction") << u"19.9"_s << 0x33 << 20;
         QTest::newRow("not numeric keeps") << u"abc"_s << 100 << 39;
     }
     void triggerPositionEntry() {

@@ -1,6 +1,8 @@
 #include "app/MDIParent.h"
 
 #include "app/CommSettings.h"
+#include "app/HelpDialog.h"
+#include "app/HelpMenu.h"
 #include "app/StopStrip.h"
 #include "app/TextCatalogue.h"
 #include "comtable/ComTblWindow.h"
@@ -330,6 +332,8 @@ void MDIParent::buildMenus() {
         connect(item, &QAction::triggered, this, [this, i] { mnuSystemLang_Click(i); });
         mnuSystemLang[static_cast<std::size_t>(i)] = item;
     }
+    helpMenu_ = new HelpMenu(
+        *this, [this] { showModal(versionDialog_); }, [this] { return global_.Link.LanguageId; });
 }
 
 void MDIParent::LanguageSelect(int languageId) {
@@ -346,6 +350,7 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
     mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
     stopStrip_->LanguageSelect(languageId);
+    helpMenu_->LanguageSelect(languageId);
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -525,8 +530,8 @@ void MDIParent::closeEvent(QCloseEvent* event) {
         ended_ = true;
         saveAllSettings();
     }
-    for (QDialog* dialog :
-         std::initializer_list<QDialog*>{optionDialog_, versionDialog_, inComDialog_, checkDialog_})
+    for (QDialog* dialog : std::initializer_list<QDialog*>{
+             optionDialog_, versionDialog_, inComDialog_, checkDialog_, helpMenu_->dialog()})
         dialog->hide();
     QMainWindow::closeEvent(event);
 }

@@ -33,6 +33,7 @@ class ComTblWindow;
 class CommSettings;
 class ConnectionCheckDialog;
 class HMonWindow;
+class HelpMenu;
 class IOStatusWindow;
 class InComDialog;
 class NumMonitorWindow;
@@ -159,6 +160,7 @@ private:
     QMenu* mnuLanguage = nullptr;
     std::array<QAction*, 2> mnuSystemLang{};
     QAction* mnuSystemCheck = nullptr;
+    HelpMenu* helpMenu_ = nullptr;
 };
 
 }  // namespace velora

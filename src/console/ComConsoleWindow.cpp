@@ -155,6 +155,26 @@ void ComConsoleWindow::LanguageSelect(int languageId) {
         TxtNum[static_cast<std::size_t>(box)]->setAccessibleName(
             TextCatalogue::text(languageId, 1110 + button));
     }
+    explainButtons(languageId);
+}
+
+void ComConsoleWindow::explainButtons(int languageId) {
+    // Each button tells the command it sends and what it does: "SF — servo off: ...".
+    for (int i = 0; i < ConsoleCommands::ButtonCount; ++i) {
+        QString tip = ConsoleCommands::code(i) + QStringLiteral(" \u2014 ") +
+                      TextCatalogue::text(languageId, 1061 + i);
+        if (const int box = ConsoleCommands::argumentBox(i); box >= 0) {
+            const ConsoleCommands::Limits limits = ConsoleCommands::limits(box);
+            const QString argument =
+                TextCatalogue::text(languageId, 1096).arg(limits.min).arg(limits.max);
+            tip += QLatin1Char('\n') + argument;
+            TxtNum[static_cast<std::size_t>(box)]->setToolTip(
+                TextCatalogue::text(languageId, 1110 + i) + QLatin1Char('\n') + argument);
+        }
+        if (i >= ConsoleCommands::FirstVersionedButton)
+            tip += QLatin1Char('\n') + TextCatalogue::text(languageId, 1097);
+        CmdButton[static_cast<std::size_t>(i)]->setToolTip(tip);
+    }
 }
 
 void ComConsoleWindow::EnableControls(bool enable) {

@@ -54,6 +54,8 @@ private:
     QGroupBox* buildFrame(int index, const QList<QList<int>>& rows);
     QPushButton* makeButton(int index, QWidget* frame);
     QLineEdit* makeArgumentBox(int index, QWidget* frame);
+    // The tooltips: code, meaning and argument range of every button.
+    void explainButtons(int languageId);
     void CmdButton_Click(int index);
     void CommandSend_Click();
     void TxtNum_LostFocus(int index);

@@ -95,9 +95,18 @@ void SystemBar::LanguageSelect(int languageId) {
     Label2->setText(TextCatalogue::text(languageId, 1601));
     Label3->setText(TextCatalogue::text(languageId, 1602));
     LblCom->setText(TextCatalogue::text(languageId, 1603));
-    // The lamps have no text of their own: they are named after the label beside them.
-    ShpStatus[0]->setAccessibleName(Label1->text());
-    ShpStatus[1]->setAccessibleName(Label2->text());
+    // What each indicator's colour means, on the indicator and on its name.
+    const std::array<QLabel*, 4> indicators{ShpStatus[0], ShpStatus[1], LblSVON, LblCom};
+    const std::array<QLabel*, 4> names{Label1, Label2, LblSVON, LblCom};
+    for (std::size_t i = 0; i < indicators.size(); ++i) {
+        const QString meaning = TextCatalogue::text(languageId, 1194 + static_cast<int>(i));
+        indicators[i]->setToolTip(meaning);
+        names[i]->setToolTip(meaning);
+    }
+    // The lamps have no text of their own: they are named after the label beside them, which
+    // has just changed.
+    lampShown_ = {};
+    refresh();
 }
 
 void SystemBar::setAxisNumber(int axis) {
@@ -144,6 +153,11 @@ void SystemBar::refresh() {
             QStringLiteral("QLabel { background-color: %1; border: 3px solid %2; "
                            "border-radius: 8px; }")
                 .arg(lampShown_[i].first.name(), lampShown_[i].second.name()));
+        // A lit lamp is told as the status bits are: the colour alone says nothing to a reader.
+        const QLabel* name = i == 0 ? Label1 : Label2;
+        const bool lit = lampShown_[i].first != QColor(Qt::black);
+        ShpStatus[i]->setAccessibleName(name->text() +
+                                        (lit ? QStringLiteral(" : ON") : QStringLiteral(" : OFF")));
     }
     if (!(svonShown_ == svonWanted_)) {
         svonShown_ = svonWanted_;

@@ -1,5 +1,6 @@
 #include "monitor/AlarmMonWindow.h"
 
+#include "app/SpokenValue.h"
 #include "app/TextCatalogue.h"
 #include "monitor/AlarmMonitor.h"
 
@@ -75,9 +76,11 @@ void AlarmMonWindow::LanguageSelect(int languageId) {
     Label1[1]->setText(TextCatalogue::text(languageId, 1151));
     CommandALM[0]->setText(TextCatalogue::text(languageId, 1152));
     CommandALM[1]->setText(TextCatalogue::text(languageId, 1153));
-    for (int i = 0; i < AlarmData::AlarmCount; ++i)
-        LabelNowAlarm[static_cast<std::size_t>(i)]->setText(
-            AlarmMonitor::alarmName(i + 1, languageId));
+    for (int i = 0; i < AlarmData::AlarmCount; ++i) {
+        QLabel* lamp = LabelNowAlarm[static_cast<std::size_t>(i)];
+        lamp->setText(AlarmMonitor::alarmName(i + 1, languageId));
+        lamp->setToolTip(AlarmMonitor::alarmAdvice(i + 1, languageId));
+    }
     // The history names follow the language, and the lamps' spoken state with them.
     showAlarms(monitor_.alarms());
 }
@@ -93,8 +96,9 @@ void AlarmMonWindow::showAlarms(const AlarmData& alarms) {
     }
     for (int i = 0; i < AlarmData::HistoryLength; ++i) {
         QLabel* entry = LabelAlmHistory[static_cast<std::size_t>(i)];
-        entry->setText(history[static_cast<std::size_t>(i)]);
-        entry->setAccessibleName(Label1[1]->text() + QStringLiteral(" %1").arg(i + 1));
+        // The entry's alarm is read out after its place: "Alarm History 1: 05：Over Current".
+        spoken::setName(entry, Label1[1]->text() + QStringLiteral(" %1").arg(i + 1));
+        spoken::setValue(entry, history[static_cast<std::size_t>(i)]);
     }
 }
 

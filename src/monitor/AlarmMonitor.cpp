@@ -125,6 +125,27 @@ QString AlarmMonitor::alarmName(int number, int languageId) {
     }
 }
 
+QString AlarmMonitor::alarmCause(int number, int languageId) {
+    return number >= 1 && number <= AlarmData::AlarmCount
+               ? TextCatalogue::text(languageId, 1161 + number)
+               : QString();
+}
+
+QString AlarmMonitor::alarmRemedy(int number, int languageId) {
+    return number >= 1 && number <= AlarmData::AlarmCount
+               ? TextCatalogue::text(languageId, 1169 + number)
+               : QString();
+}
+
+QString AlarmMonitor::alarmAdvice(int number, int languageId) {
+    if (number < 1 || number > AlarmData::AlarmCount)
+        return {};
+    const QString separator = languageId == 0 ? QStringLiteral(": ") : QStringLiteral("：");
+    return TextCatalogue::text(languageId, 1664) + separator + alarmCause(number, languageId) +
+           QLatin1Char('\n') + TextCatalogue::text(languageId, 1665) + separator +
+           alarmRemedy(number, languageId);
+}
+
 AlarmMonitor::HistoryCaptions AlarmMonitor::historyCaptions(const AlarmData& alarms,
                                                             int languageId) {
     HistoryCaptions captions;

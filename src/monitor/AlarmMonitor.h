@@ -41,6 +41,11 @@ public:
     [[nodiscard]] static std::optional<AlarmData> decode(const QString& reply);
     // The name of alarm 1..8 ("01：EEPROM Error", ...), empty for any other number.
     [[nodiscard]] static QString alarmName(int number, int languageId);
+    // The likely cause of alarm 1..8 and what to do, empty for any other number.
+    [[nodiscard]] static QString alarmCause(int number, int languageId);
+    [[nodiscard]] static QString alarmRemedy(int number, int languageId);
+    // Both as the lines "Cause: ..." and "Remedy: ...".
+    [[nodiscard]] static QString alarmAdvice(int number, int languageId);
     // The history labels: the name of each entry's alarm, empty for empty entries.
     [[nodiscard]] static HistoryCaptions historyCaptions(const AlarmData& alarms, int languageId);
 

@@ -1,5 +1,6 @@
 #include "monitor/IOStatusWindow.h"
 
+#include "app/SpokenValue.h"
 #include "app/TextCatalogue.h"
 #include "shared/ParamTables.h"
 
@@ -36,12 +37,12 @@ IOStatusWindow::IOStatusWindow(const ParamTables& params, QWidget* parent)
     for (int i = 0; i < iostatus::OutputCount; ++i) {
         const auto at = static_cast<std::size_t>(i);
         LblOutName[at]->setText(outputs[at]);
-        LblOutState[at]->setAccessibleName(outputs[at]);
+        spoken::setName(LblOutState[at], outputs[at]);
     }
     for (int i = 0; i < iostatus::InputCount; ++i) {
         const auto at = static_cast<std::size_t>(i);
         LblInName[at]->setText(inputs[at]);
-        LblInState[at]->setAccessibleName(inputs[at]);
+        spoken::setName(LblInState[at], inputs[at]);
     }
     ShowIoState(0);
 }
@@ -79,7 +80,7 @@ void IOStatusWindow::LanguageSelect(int languageId) {
 }
 
 void IOStatusWindow::showRow(QFrame* lamp, QLabel* state, bool closed) {
-    state->setText(iostatus::stateCaption(closed));
+    spoken::setValue(state, iostatus::stateCaption(closed));
     lamp->setStyleSheet(QStringLiteral("background-color: %1; border: 1px solid black;"
                                        " border-radius: %2px;")
                             .arg(QColor(closed ? ClosedLamp : OpenLamp).name())
@@ -113,7 +114,7 @@ void IOStatusWindow::UpdateInputNames() {
         const auto at = static_cast<std::size_t>(i);
         LblInName[at]->setText(names[at]);
         // The state is read out under the contact's name.
-        LblInState[at]->setAccessibleName(names[at]);
+        spoken::setName(LblInState[at], names[at]);
     }
 }
 

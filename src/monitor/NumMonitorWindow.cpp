@@ -1,5 +1,6 @@
 #include "monitor/NumMonitorWindow.h"
 
+#include "app/SpokenValue.h"
 #include "app/TextCatalogue.h"
 #include "monitor/RealTimeMonitor.h"
 #include "shared/LinkState.h"
@@ -150,11 +151,15 @@ void NumMonitorWindow::LanguageSelect(int languageId) {
     for (std::size_t k = 0; k < statusNames.size(); ++k) {
         Label1[k]->setText(statusNames[k]);
         // A screen reader reads the state under the name of its bit.
-        LabelStatus[k]->setAccessibleName(statusNames[k]);
+        spoken::setName(LabelStatus[k], statusNames[k]);
+        // What the bit means, on its name and on its state alike.
+        const QString meaning = TextCatalogue::text(languageId, 1178 + static_cast<int>(k));
+        Label1[k]->setToolTip(meaning);
+        LabelStatus[k]->setToolTip(meaning);
     }
     for (std::size_t k = 0; k < valueNames.size(); ++k) {
         Label2[k]->setText(valueNames[k]);
-        LabelNumMon[k]->setAccessibleName(valueNames[k]);
+        spoken::setName(LabelNumMon[k], valueNames[k]);
         LabelNumMon[k]->setAccessibleDescription(Label3[k]->text());
     }
     Label4->setText(TextCatalogue::text(languageId, 1430));
@@ -252,14 +257,14 @@ void NumMonitorWindow::refresh() {
         for (int i = 0; i < MonitorSnapshot::ValueCount; ++i) {
             if (i == MonitorSnapshot::TorquePeakIndex && !pendingValues_->TorquePeak)
                 continue;
-            LabelNumMon[static_cast<std::size_t>(i)]->setText(
-                pendingValues_->valueText(i, locale()));
+            spoken::setValue(LabelNumMon[static_cast<std::size_t>(i)],
+                             pendingValues_->valueText(i, locale()));
         }
         pendingValues_.reset();
     }
     if (pendingStatus_) {
         for (std::size_t k = 0; k < LabelStatus.size(); ++k)
-            LabelStatus[k]->setText(pendingStatus_->captions[k]);
+            spoken::setValue(LabelStatus[k], pendingStatus_->captions[k]);
         pendingStatus_.reset();
     }
 }

@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -50,6 +51,7 @@ PointTblWindow::PointTblWindow(Global& global, LinkEngine& engine, PointTransfer
     column->addWidget(SSTabPntTbl, 1);
     for (int tab = 0; tab < TabCount; ++tab)
         buildTab(tab);
+    keepTabsInSight();
     SSTabPntTbl->setCurrentIndex(0);
     buildFoot();
     tablekit::setUpDockTimer(Timer1);
@@ -62,6 +64,22 @@ PointTblWindow::PointTblWindow(Global& global, LinkEngine& engine, PointTransfer
 }
 
 PointTblWindow::~PointTblWindow() = default;
+
+void PointTblWindow::keepTabsInSight() {
+    // No scroll arrows that hide tabs: the window keeps room for the tab bar as wide as it gets
+    // with every tab marked, so a mark neither pushes a tab out of sight nor widens the window.
+    QTabBar* bar = SSTabPntTbl->tabBar();
+    bar->setUsesScrollButtons(false);
+    bar->setElideMode(Qt::ElideNone);
+    std::vector<QString> captions;
+    for (int tab = 0; tab < TabCount; ++tab) {
+        captions.push_back(SSTabPntTbl->tabText(tab));
+        SSTabPntTbl->setTabText(tab, tablekit::marked(captions.back(), true));
+    }
+    SSTabPntTbl->setMinimumWidth(SSTabPntTbl->minimumSizeHint().width());
+    for (int tab = 0; tab < TabCount; ++tab)
+        SSTabPntTbl->setTabText(tab, captions[static_cast<std::size_t>(tab)]);
+}
 
 void PointTblWindow::buildTab(int tab) {
     auto* page = new QWidget(SSTabPntTbl);

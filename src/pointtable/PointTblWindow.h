@@ -69,6 +69,7 @@ protected:
 
 private:
     void buildTab(int tab);
+    void keepTabsInSight();
     void buildFoot();
     void connectSources();
     void applyControls();

@@ -187,11 +187,19 @@ void HMonWindow::EnableControls(bool enable) {
     panel_->CmdRun->setEnabled(enable);
     for (QPushButton* button : panel_->CmdFile)
         button->setEnabled(enable);
+    refreshCancel();
 }
 
 void HMonWindow::DisableTransferButtons() {
     ChildWindow::DisableTransferButtons();
     panel_->CmdRun->setEnabled(false);
+    refreshCancel();
+}
+
+void HMonWindow::refreshCancel() {
+    // Cancel reaches the drive whenever a command can, also to end a capture the drive still
+    // holds from an earlier run; only while a record arrives does the line belong to it.
+    panel_->CmdCancel->setEnabled(transfersAllowed() && !receivingRecord_);
 }
 
 void HMonWindow::setWaveReadingShown(bool shown) {
@@ -199,7 +207,8 @@ void HMonWindow::setWaveReadingShown(bool shown) {
     if (!shown) {
         panel_->LblJap->clear();
         panel_->LblT->clear();
-        panel_->CmdCancel->setEnabled(false);
+        receivingRecord_ = false;
+        refreshCancel();
         // A capture no longer shown, however it ended, cannot keep the settings locked.
         panel_->PictEnable->setEnabled(true);
     }
@@ -219,7 +228,8 @@ void HMonWindow::showWaveProgress(const QString& label, const QString& marks) {
 }
 
 void HMonWindow::setWaveCancelEnabled(bool enable) {
-    panel_->CmdCancel->setEnabled(enable && waveReadingShown());
+    receivingRecord_ = !enable;
+    refreshCancel();
 }
 
 void HMonWindow::onArmed(int statusText) {
@@ -227,7 +237,8 @@ void HMonWindow::onArmed(int statusText) {
     panel_->LblT->clear();
     panel_->LblEng->clear();
     panel_->PictEnable->setEnabled(false);
-    panel_->CmdCancel->setEnabled(true);
+    receivingRecord_ = false;
+    refreshCancel();
     // Focus in a window behind others would bring it to the front over the window in use.
     const auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
     const bool inFront =
@@ -250,8 +261,13 @@ void HMonWindow::triggerSettingChanged() {
 }
 
 void HMonWindow::trigPosEntered() {
-    placeTrigger(wave::triggerPositionFromText(panel_->CmbTrigPos->currentText(),
-                                               global_.Wave.TriggerPosition));
+    const int current = global_.Wave.TriggerPosition;
+    const int entered = wave::triggerPositionFromText(panel_->CmbTrigPos->currentText(), current);
+    // Leaving the box unchanged (or right after the list took the same entry) sends nothing.
+    if (entered == current)
+        panel_->CmbTrigPos->setEditText(QString::number(wave::percentFromTriggerPosition(current)));
+    else
+        placeTrigger(entered);
 }
 
 void HMonWindow::zeroEntered(int channel) {

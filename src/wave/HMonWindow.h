@@ -59,6 +59,7 @@ private:
     void placeTrigger(int triggerPosition);
     void placeZero(int channel, int level);
     void onArmed(int statusText);
+    void refreshCancel();
     [[nodiscard]] QString chooseFile(bool save, bool image);
     void showFileError(int detailText, int line = 0);
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -69,6 +70,8 @@ private:
     bool loaded_ = false;
     bool closing_ = false;
     bool loading_ = false;
+    // The record is arriving: Cancel waits until it is complete.
+    bool receivingRecord_ = false;
 
     WaveScope* scope_ = nullptr;
     WavePanel* panel_ = nullptr;

@@ -6,6 +6,7 @@
 #include "wave/WaveScale.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -30,6 +31,13 @@ QString indexed(const char* name, int i) {
 QComboBox* combo(QWidget* parent, const QString& name, bool editable = false) {
     auto* box = named(new QComboBox(parent), name);
     box->setEditable(editable);
+    if (editable) {
+        // The list keeps exactly its entries: a typed number is limited by the window when the
+        // box is left, never added as an entry that could later be chosen unchecked. Without
+        // completion "5" stays 5 and does not become the entry "50".
+        box->setInsertPolicy(QComboBox::NoInsert);
+        box->setCompleter(nullptr);
+    }
     box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return box;
 }
@@ -150,12 +158,37 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     LblJap = named(new QLabel(PictYomitorichu), QStringLiteral("LblJap"));
     LblEng = named(new QLabel(PictYomitorichu), QStringLiteral("LblEng"));
     LblT = named(new QLabel(PictYomitorichu), QStringLiteral("LblT"));
-    for (QLabel* label : {LblJap, LblEng, LblT})
+    for (QLabel* label : {LblJap, LblEng, LblT}) {
+        // The marks grow with the record and a status may be long: they take the width there
+        // is rather than widening the panel, which would squeeze the traces and the settings.
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         status->addWidget(label);
+    }
     LblEng->hide();  // kept for the second language line, empty in this program
-    sideColumn->addWidget(PictYomitorichu);
+    // Laid over the panel, outside its layout: showing it takes no height from the settings.
+    PictYomitorichu->installEventFilter(this);
     CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
     sideColumn->addWidget(CmdCancel);
+}
+
+void WavePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeBusyPanel();
+}
+
+bool WavePanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == PictYomitorichu && event->type() == QEvent::Show)
+        placeBusyPanel();
+    return QWidget::eventFilter(watched, event);
+}
+
+void WavePanel::placeBusyPanel() {
+    // Over the foot of the settings, just above Cancel: they are locked while a capture runs.
+    const int height = PictYomitorichu->sizeHint().height();
+    const QRect settings = PictEnable->geometry();
+    PictYomitorichu->setGeometry(settings.left(), settings.bottom() + 1 - height, settings.width(),
+                                 height);
+    PictYomitorichu->raise();
 }
 
 void WavePanel::LanguageSelect(int languageId) {
@@ -201,8 +234,9 @@ void WavePanel::fillLists(int languageId, const WaveMonSettings& w) {
 
 QString WavePanel::settingsLine(int lang, const WaveStore& store) const {
     const auto text = [lang](int id) { return TextCatalogue::text(lang, id); };
+    // Three lines: the channels, the time axis, the trigger.
     return QStringLiteral(
-               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10   %11 %12 %13, %14 %15   "
+               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10\n%11 %12 %13, %14 %15\n"
                "%16: %17 %18, %19 %20")
         .arg(text(1304), text(1307), CmbVelScale->currentText(), text(1308))
         .arg(store.ZeroLevel[0])

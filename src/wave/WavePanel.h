@@ -18,9 +18,10 @@ struct WaveMonSettings;
 struct WaveStore;
 
 // The controls of the wave monitor beside its traces: the settings container (PictEnable) with
-// the trigger, time, channel and display choices, the file, image and Run buttons, and under it
-// the capture status (PictYomitorichu with LblJap, LblEng, LblT) and Cancel. It only lays them
-// out and labels them; HMonWindow gives them their behaviour, as a form gives its window.
+// the trigger, time, channel and display choices, the file, image and Run buttons, the capture
+// status (PictYomitorichu with LblJap, LblEng, LblT) laid over their foot while a capture runs,
+// and Cancel under them. It only lays them out and labels them; HMonWindow gives them their
+// behaviour, as a form gives its window.
 class WavePanel : public QWidget {
     Q_OBJECT
 public:
@@ -31,7 +32,7 @@ public:
     // The lists whose entries are catalogue texts, in the language given, keeping the choices
     // of the settings; nothing is signalled.
     void fillLists(int languageId, const WaveMonSettings& settings);
-    // The display and trigger settings in one line, for the image of the traces.
+    // The display and trigger settings in three lines, for the image of the traces.
     [[nodiscard]] QString settingsLine(int languageId, const WaveStore& store) const;
 
     QWidget* PictEnable = nullptr;
@@ -66,6 +67,13 @@ public:
     QLabel* LblJap = nullptr;
     QLabel* LblEng = nullptr;
     QLabel* LblT = nullptr;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void placeBusyPanel();
 };
 
 }  // namespace velora

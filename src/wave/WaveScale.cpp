@@ -35,10 +35,15 @@ int triggerPositionFromFraction(double fraction) {
 }
 
 int triggerPositionFromText(const QString& text, int current) {
-    const std::optional<qint32> percent = toWholeNumber(text);
-    if (!percent)
+    const std::optional<qint32> whole = toWholeNumber(text);
+    if (!whole)
         return current;
-    return triggerPositionFromPercent(std::clamp(*percent, 20, 80));
+    // The fraction counts: 20.3 % is 52/256, not the 51 of 20 %. A text beyond the range of a
+    // double falls back to its whole number, which the limits then take in.
+    bool ok = false;
+    const double typed = text.trimmed().toDouble(&ok);
+    const double percent = ok ? typed : *whole;
+    return triggerPositionFromPercent(std::clamp(percent, 20.0, 80.0));
 }
 
 int limitZeroLevel(int level) {

@@ -132,7 +132,10 @@ void WaveScope::showHover(int sample) {
 QImage WaveScope::composeImage(const QString& header) {
     // Drawn again at the pictures' present size, so the image shows what the user sees.
     const int width = Picture1[0]->width();
-    const int headerHeight = fontMetrics().lineSpacing() * 2 + 8;
+    // As high as the header needs at this width: every line whole, however it wraps.
+    const QRect textArea(4, 2, width - 8, 1 << 16);
+    const int headerHeight =
+        fontMetrics().boundingRect(textArea, Qt::TextWordWrap, header).height() + 8;
     int height = headerHeight;
     for (const WaveTrace* picture : Picture1)
         height += picture->height() + 2;
@@ -141,7 +144,7 @@ QImage WaveScope::composeImage(const QString& header) {
     QPainter p(&image);
     p.setPen(Qt::white);
     p.setFont(font());
-    p.drawText(QRect(4, 2, width - 8, headerHeight - 4), Qt::TextWordWrap, header);
+    p.drawText(textArea, Qt::TextWordWrap, header);
     int y = headerHeight;
     for (WaveTrace* picture : Picture1) {
         p.drawPixmap(0, y, picture->grab());

@@ -103,6 +103,9 @@ private slots:
         for (int i = 31; i <= 34; ++i)
             QCOMPARE(shell.find<QPushButton>(u"CmdButton(%1)"_s.arg(i))->isEnabled(),
                      version >= 110);
+        // A locked button still says what it would send and why it is locked.
+        const QString tip = shell.find<QPushButton>(u"CmdButton(32)"_s)->toolTip();
+        QVERIFY2(tip.startsWith(u"EW \u2014 "_s) && tip.endsWith(en(1097)), qPrintable(tip));
         if (version < 110)
             return;
 
@@ -176,6 +179,7 @@ private slots:
         QCOMPARE(overCurrent->text(), en(1158));
         QCOMPARE(background(shell.find(u"LabelNowAlarm(0)"_s)), window->idleLampColour());
         QCOMPARE(newest->text(), en(1158));
+        QCOMPARE(newest->accessibleName(), en(1151) + u" 1: "_s + en(1158));
         QVERIFY(shell.find(u"LabelAlmHistory(1)"_s)->text().isEmpty());
 
         QVERIFY(shell.click(u"CommandALM(0)"_s));
@@ -210,7 +214,7 @@ private slots:
         QVERIFY(shell.runUntil(
             [&] { return shell.find(u"LblInName(0)"_s)->text() == u"IN1  (PJOG)"_s; }));
         QCOMPARE(shell.find(u"LblInName(4)"_s)->text(), u"IN5  (DEC)"_s);
-        QCOMPARE(shell.find(u"LblInState(0)"_s)->accessibleName(), u"IN1  (PJOG)"_s);
+        QCOMPARE(shell.find(u"LblInState(0)"_s)->accessibleName(), u"IN1  (PJOG) : OPEN"_s);
 
         shell.drive().setInputs(0b00001);
         QVERIFY(

@@ -19,6 +19,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QTableWidget>
+#include <QTextBrowser>
 #include <QtTest>
 
 using namespace velora;
@@ -302,6 +304,34 @@ private slots:
         rig.find<QPushButton>(u"CmdCheckSearch"_s, dialog)->click();
         QVERIFY(!dialog->isVisible());
         QVERIFY(rig.window->commSettings()->isVisible() && rig.link().Searching);
+    }
+
+    void helpMenu() {
+        ShellRig rig;
+        rig.start();
+        // A key given to an action later (a stop button, say) is listed without further ado.
+        auto* later = new QAction(u"Stop all(&S)"_s, rig.window.get());
+        later->setShortcut(Qt::Key_Escape);
+        rig.find<QAction>(u"mnuHelpItem(1)"_s)->trigger();
+        auto* help = rig.find<QDialog>(u"Help"_s);
+        QVERIFY(help->isVisible());
+        auto* keys = rig.find<QTableWidget>(u"GrdShortcuts"_s, help);
+        QStringList rows;
+        for (int r = 0; r < keys->rowCount(); ++r)
+            rows << keys->item(r, 0)->text() + u" "_s + keys->item(r, 1)->text();
+        QVERIFY2(rows.contains(u"F1 Read Me"_s) && rows.contains(u"Esc Stop all"_s),
+                 qPrintable(rows.join(u", "_s)));
+
+        // The README the program carries, and each alarm with its cause and remedy.
+        QVERIFY(
+            rig.find<QTextBrowser>(u"TxtReadMe"_s, help)->toPlainText().contains(u"Quick start"_s));
+        rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
+        rig.find<QAction>(u"mnuHelpItem(2)"_s)->trigger();
+        auto* alarms = rig.find<QTableWidget>(u"GrdAlarms"_s, help);
+        QCOMPARE(alarms->rowCount(), 8);
+        QCOMPARE(alarms->item(4, 0)->text(), ja(1158));
+        QCOMPARE(alarms->item(4, 2)->text(), ja(1174));
+        QVERIFY(!rig.find<QLabel>(u"LblReadMeNote"_s, help)->isHidden());
     }
 
     void echoSwitchOnTheComLabel() {

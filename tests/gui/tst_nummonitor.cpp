@@ -61,7 +61,8 @@ private slots:
         QCOMPARE(control(rig, u"LabelNumMon(12)"_s)->text(), QString());
         QCOMPARE(control(rig, u"LabelStatus(0)"_s)->text(), u": ON"_s);
         QCOMPARE(control(rig, u"Label1(10)"_s)->text(), en(1412));
-        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), en(1418));
+        // Read out with its value, not only its name.
+        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), en(1418) + u": -10"_s);
         // The status bar follows too, merged like the window.
         QTRY_COMPARE(rig.find<QLabel>(u"LblSVON"_s)->palette().color(QPalette::Window),
                      QColor(QRgb(monitorcolour::Green)));
@@ -78,7 +79,7 @@ private slots:
         // Relabelled at run time, values kept.
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
         QCOMPARE(control<QPushButton>(rig, u"CmdTrqPeakReset"_s)->text(), ja(1431));
-        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), ja(1418));
+        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), ja(1418) + u": 3"_s);
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->text(), u"3"_s);
     }
 

@@ -10,6 +10,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QtTest>
 
@@ -94,6 +95,7 @@ private slots:
         rig.type(box(5, 40), u"70000"_s);
         QCOMPARE(box(5, 40)->text(), u"65535"_s);
         QVERIFY(tabs->tabText(0).endsWith(u"\u25CF"_s) && !tabs->tabText(1).endsWith(u"\u25CF"_s));
+        QVERIFY(tabs->tabBar()->rect().contains(tabs->tabBar()->tabRect(7)));  // still in sight
         QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(), en(1860) + u"2"_s);
         rig.link().NonVolatileWrite[1] = false;
         rig.click(window, u"Command(2)"_s);

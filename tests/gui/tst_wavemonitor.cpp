@@ -55,6 +55,46 @@ private:
 private slots:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
 
+    // The percent boxes: whatever is typed, on Enter or on leaving, ends within the limits or
+    // restores the value, and the lists keep exactly their three entries.
+    void typedPercent_data() {
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("enter");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<int>("stored");
+        QTest::newRow("trigger above 80 %") << u"CmbTrigPos"_s << u"95"_s << true << u"80"_s << 205;
+        QTest::newRow("trigger below 20 %") << u"CmbTrigPos"_s << u"10"_s << false << u"20"_s << 51;
+        QTest::newRow("trigger not numeric")
+            << u"CmbTrigPos"_s << u"abc"_s << true << u"50"_s << 128;
+        QTest::newRow("zero above 100") << u"CmbVelZero"_s << u"120"_s << true << u"100"_s << 100;
+        QTest::newRow("zero not completed") << u"CmbVelZero"_s << u"5"_s << true << u"5"_s << 5;
+    }
+    void typedPercent() {
+        QFETCH(QString, box);
+        QFETCH(QString, typed);
+        QFETCH(bool, enter);
+        QFETCH(QString, shown);
+        QFETCH(int, stored);
+        ShellRig rig;
+        rig.start();
+        auto* combo = control<QComboBox>(rig, box);
+        QLineEdit* edit = combo->lineEdit();
+        combo->window()->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(combo->window()));
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClicks(edit, typed);
+        QTest::keyClick(edit, enter ? Qt::Key_Return : Qt::Key_Tab);
+        QCOMPARE(combo->currentText(), shown);
+        const WaveStore& store = rig.global.Wave;
+        QCOMPARE(box == u"CmbTrigPos"_s   ? store.TriggerPosition
+                 : box == u"CmbVelZero"_s ? store.ZeroLevel[0]
+                                          : store.ZeroLevel[1],
+                 stored);
+        QCOMPARE(combo->count(), 3);
+    }
+
     void capturesTheSimulatedDrive() {
         sim::SimOptions options;
         options.fast = true;
@@ -79,9 +119,11 @@ private slots:
         // Armed on a rising velocity: the chain stops and nothing is polled while it waits.
         // Run is locked while another exchange (the identification, a poll) is in flight.
         QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
+        const QRect settings = control(rig, u"PictEnable"_s)->geometry();
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
         QCOMPARE(status->text(), en(1338));
+        QCOMPARE(control(rig, u"PictEnable"_s)->geometry(), settings);  // nothing squeezed
         QVERIFY(!control(rig, u"PictEnable"_s)->isEnabled());
         QVERIFY(!rig.find<QPushButton>(u"LabelRtMon(0)"_s)->isEnabled());
         QVERIFY(cancel->isEnabled());
@@ -95,6 +137,7 @@ private slots:
         QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 0; }));
         QVERIFY(control(rig, u"PictYomitorichu"_s)->isHidden());
         QVERIFY(control(rig, u"PictEnable"_s)->isEnabled());
+        QVERIFY(cancel->isEnabled());
         QVERIFY(rig.find<QPushButton>(u"LabelRtMon(0)"_s)->isEnabled());
         QVERIFY(store.sample(1, 249, 0) > 10);  // moving at the end of the record
         const QPolygonF drawn = velocity->tracePoints(1);
@@ -164,6 +207,11 @@ private slots:
         QCOMPARE(received.last(), u"0ma"_s);
 
         saveShots(rig, window);
+        // The image keeps room for the three lines of settings above the traces.
+        int traces = 0;
+        for (int i = 0; i < 3; ++i)
+            traces += control(rig, u"Picture1(%1)"_s.arg(i))->height() + 2;
+        QVERIFY(window->composeImage().height() - traces >= 3 * window->fontMetrics().height());
 
         // The markers by mouse and keys: dropped at the far left the trigger stops at 20 %,
         // and each step is sent to the drive as new trigger settings.
