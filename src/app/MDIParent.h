@@ -4,6 +4,7 @@
 #include "app/MessageBoxes.h"
 #include "app/ShellSetup.h"
 #include "app/ToolkitTexts.h"
+#include "app/WindowLayout.h"
 #include "comtable/ComTransfer.h"
 #include "connect/AdapterWatch.h"
 #include "link/LinkEngine.h"
@@ -38,6 +39,7 @@ class PointTblWindow;
 class PrmTblWindow;
 class TraceWindow;
 class SystemBar;
+class WindowArranger;
 class VersionDialog;
 struct Global;
 
@@ -88,8 +90,12 @@ private:
     void fitToScreen();
     // Once shown, the frame with its decorations lies inside the available area.
     void keepInsideScreen();
-    // Every child window's frame starts inside the MDI area as it is now.
-    void placeChildren();
+    // The windows where they stood at the last orderly end, or else as at a first start.
+    void arrangeWindows();
+    // The layout of the moment, as saved at an orderly end.
+    [[nodiscard]] WindowLayout currentLayout() const;
+    // The status bar's line naming the link in use.
+    void showLinkLine();
     void buildMenus();
     void buildWindows();
     void connectReplyFamilies();
@@ -120,6 +126,7 @@ private:
     bool ended_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
+    WindowArranger* arranger_ = nullptr;
     SystemBar* systemBar_ = nullptr;
     ComConsoleWindow* comConsole_ = nullptr;
     PrmTblWindow* prmTbl_ = nullptr;
@@ -140,6 +147,8 @@ private:
     QMenu* mnuFile = nullptr;
     QAction* mnuFileItem0 = nullptr;
     QMenu* mnuWindow = nullptr;
+    // Tile, Cascade, Arrange as at First Start.
+    std::array<QAction*, 3> mnuWindowArrange{};
     QMenu* mnuSystem = nullptr;
     std::array<QAction*, 5> mnuSystemItem{};
     QMenu* mnuLanguage = nullptr;
