@@ -164,7 +164,7 @@ void PrmTblWindow::applyFilter() {
         SSTabPrm->setTabVisible(tab, any);
     }
     for (const auto& [n, unit] : Label2)
-        unit->setVisible(TxtPrm[static_cast<std::size_t>(n)]->isVisibleTo(this));
+        unit->setVisible(!TxtPrm[static_cast<std::size_t>(n)]->isHidden());
     if (!SSTabPrm->isTabVisible(SSTabPrm->currentIndex())) {
         for (int tab = 0; tab < SSTabPrm->count(); ++tab) {
             if (SSTabPrm->isTabVisible(tab)) {

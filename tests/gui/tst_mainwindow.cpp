@@ -66,6 +66,8 @@ private slots:
         QCOMPARE(rig.port()->backEnd(), BackEnd::Rs232);
         QCOMPARE(rig.port()->opens.value(0).second, 9600);
         QCOMPARE(rig.sent(), QStringList{"0ma"});
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(),
+                 en(1604).arg(rig.engine().device(), u"9600"_s).arg(0));
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
         QVERIFY(rig.messages.isEmpty());
 
@@ -149,6 +151,7 @@ private slots:
         QVERIFY(rig.port()->frames.isEmpty());
         QVERIFY(rig.port()->opens.isEmpty());
         QCOMPARE(rig.window->windowTitle(), ja(1021));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), ja(1606));
         QVERIFY(!rig.find<ComConsoleWindow>(u"ComConsole"_s)->consoleEnabled());
         QVERIFY(!rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
         QVERIFY(!rig.find(u"CommSettings"_s)->isVisible());
@@ -171,8 +174,11 @@ private slots:
     }
 
     void allAxesStartsWithTransfersDisabled() {
-        ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}});
+        const QString device = u"/dev/ttyV9"_s;  // as --port gives it
+        ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}}, {}, device);
         rig.start();
+        QCOMPARE(rig.window->windowTitle(), en(1020) + en(1609).arg(device));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), en(1604).arg(device, u"9600"_s).arg(15));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"15"_s);
         for (const QString& name : kChildOrder) {
             QVERIFY2(!rig.find<ChildWindow>(name)->transferButtonsEnabled(), qPrintable(name));
