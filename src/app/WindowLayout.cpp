@@ -57,8 +57,12 @@ const WindowLayout::Frame* WindowLayout::frame(const QString& name) const {
 
 std::optional<WindowLayout> WindowLayout::read(QSettings& settings) {
     settings.beginGroup(kGroup);
+    // An ini file edited by hand leaves "1,2,3,4" unquoted, which reads as a list.
     const auto value = [&settings](const QString& key) {
-        return settings.value(key).toString().trimmed();
+        const QVariant v = settings.value(key);
+        return (v.typeId() == QMetaType::QStringList ? v.toStringList().join(QLatin1Char(','))
+                                                     : v.toString())
+            .trimmed();
     };
     std::optional<WindowLayout> result;
     const std::optional<QRect> main = rectOf(value(kMain));
