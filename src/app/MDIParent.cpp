@@ -371,8 +371,8 @@ void MDIParent::startUp() {
             failed.device + QStringLiteral(": ") +
             QString(failed.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     }
-    if (!s.Online)
-        CaptionOffLineChange(s.LanguageId, 1);
+    // "Velora" reads the same in both languages; what names the device does not.
+    CaptionOffLineChange(s.LanguageId, s.Online ? 0 : 1);
 
     for (ChildWindow* child : childWindows()) {
         if (child == hMon_)
