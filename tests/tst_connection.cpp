@@ -8,6 +8,8 @@
 #include "support/PtyPair.h"
 
 #include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -18,6 +20,7 @@
 #include <unistd.h>
 
 using namespace velora;
+using namespace Qt::StringLiterals;
 using velora::test::FakeLinkUi;
 using velora::test::PtyPair;
 
@@ -124,6 +127,21 @@ private slots:
         holder.waitForFinished();
         QVERIFY2(found.contains(QStringLiteral("is in use by sleep (process %1)").arg(pid)),
                  qPrintable(found));
+
+        // The simulator holding its own pseudo-terminal is the drive, not a program to kill.
+        QTemporaryDir bin;
+        const QString simulator = bin.filePath(QStringLiteral("velora-sim"));
+        QVERIFY(QFile::link(QStandardPaths::findExecutable(QStringLiteral("sleep")), simulator));
+        holder.start(simulator, {QStringLiteral("5")});
+        QVERIFY(holder.waitForStarted());
+        const qint64 simPid = holder.processId();
+        const QString held = realFindings(pty.slavePath());
+        holder.kill();
+        holder.waitForFinished();
+        QVERIFY2(held.contains(u"OK: "_s +
+                               TextCatalogue::text(0, 1610).arg(pty.slavePath()).arg(simPid)),
+                 qPrintable(held));
+        QVERIFY2(!held.contains(u"kill"_s), qPrintable(held));
     }
 
     // A pty of mode 600 owned by root, checked by an unprivileged user: only root can set that

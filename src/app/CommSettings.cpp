@@ -189,7 +189,10 @@ void CommSettings::activate() {
     const int index = s.UsbMode ? 1 : 0;
     OpUsbRs232c[static_cast<std::size_t>(index)]->setChecked(true);
     fillBaudList(s.UsbMode);
-    TxtCOMnum->setText(QString::number(s.PortNumber));
+    // A device that no port number names (the simulator, --port, a chosen device) is shown as
+    // it is: that is what the link uses.
+    const QString override = engine_.deviceOverride();
+    TxtCOMnum->setText(override.isEmpty() ? QString::number(s.PortNumber) : override);
     TextAxisNum->setText(QString::number(s.AxisNumber));
     selectBaud(s.BaudRate);
     TxtReplyWait->setText(QString::number(global_.Params.ParamValue[ParamCatalogue::ReplyWait]));
@@ -228,6 +231,7 @@ void CommSettings::onPortChosen(const PortHint& port) {
     // Beyond the numbers the box takes, a device is opened by its name as well.
     if (!number || *number > kMaxPortNumber) {
         deviceChoice_ = port.systemLocation;
+        TxtCOMnum->setText(port.systemLocation);
         LblPortChoice->setText(
             TextCatalogue::text(global_.Link.LanguageId, 1971).arg(port.systemLocation));
         return;
@@ -254,7 +258,23 @@ void CommSettings::OpUsbRs232c_Click(int index) {
     selectBaud(remembered.toInt() >= 57600 ? QStringLiteral("9600") : remembered);
 }
 
+bool CommSettings::holdsDevicePath() const {
+    const QString text = TxtCOMnum->text().trimmed();
+    return text.contains(QLatin1Char('/')) || text.contains(QLatin1Char('\\'));
+}
+
 void CommSettings::TxtCOMnum_LostFocus() {
+    // A device path typed or shown there is opened as it is.
+    if (holdsDevicePath()) {
+        const QString device = TxtCOMnum->text().trimmed();
+        // The device in use already is no new choice (a simulator's line is not remembered).
+        if (device == engine_.deviceOverride())
+            deviceChoice_.reset();
+        else
+            deviceChoice_ = device;
+        TxtCOMnum->setText(device);
+        return;
+    }
     const int port =
         checkedWholeNumber(TxtCOMnum->text(), global_.Link.PortNumber, 0, kMaxPortNumber);
     TxtCOMnum->setText(QString::number(port));
@@ -313,7 +333,8 @@ void CommSettings::applySettings() {
     const DriveId previousDrive = driverules::currentDrive(engine_);
     s.UsbMode = usbChosen();
     const int previousPort = s.PortNumber;
-    s.PortNumber = TxtCOMnum->text().toInt();
+    if (!holdsDevicePath())
+        s.PortNumber = TxtCOMnum->text().toInt();
     s.AxisNumber = TextAxisNum->text().toInt();
     s.BaudRate = ComboBaud->currentText();
 
@@ -341,7 +362,8 @@ void CommSettings::applySettings() {
                               TextCatalogue::text(s.LanguageId, 1703));
         }
         s.PortNumber = previousPort;
-        TxtCOMnum->setText(QString::number(previousPort));
+        TxtCOMnum->setText(previousDevice.isEmpty() ? QString::number(previousPort)
+                                                    : previousDevice);
         return;
     }
     if (deviceChoice_)

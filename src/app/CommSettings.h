@@ -70,6 +70,8 @@ private:
     void fillPortList();
     void onPortChosen(const PortHint& port);
     [[nodiscard]] bool usbChosen() const;
+    // The port box holds a device path rather than a port number.
+    [[nodiscard]] bool holdsDevicePath() const;
 
     void OpUsbRs232c_Click(int index);
     void TxtCOMnum_LostFocus();

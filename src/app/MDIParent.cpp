@@ -3,8 +3,10 @@
 #include "app/CommSettings.h"
 #include "app/HelpDialog.h"
 #include "app/HelpMenu.h"
+#include "app/LinkLine.h"
 #include "app/StopStrip.h"
 #include "app/TextCatalogue.h"
+#include "app/WindowArranger.h"
 #include "comtable/ComTblWindow.h"
 #include "connect/ConnectionCheckDialog.h"
 #include "console/ComConsoleWindow.h"
@@ -42,33 +44,8 @@ namespace velora {
 
 namespace {
 
-// Where each child window starts inside the frame, in start-up order after the status bar.
-constexpr std::array<QRect, 8> kPlacement{{
-    {0, 0, 600, 470},       // ComConsole
-    {0, 250, 560, 380},     // PrmTbl
-    {30, 280, 560, 380},    // PointTbl
-    {60, 310, 420, 380},    // ComTbl
-    {570, 0, 420, 440},     // NumMonitor: values and status side by side
-    {1000, 0, 290, 310},    // IOStatus
-    {1000, 320, 300, 345},  // AlarmMon
-    {250, 120, 760, 560},   // HMon: a scope wants room; fits a 1024x768 screen
-}};
-
 // The size the frame is laid out for; smaller screens get the available area instead.
 constexpr QSize kDesignSize{1300, 860};
-
-// A child window's start inside an MDI area smaller than the design: its place scaled down
-// with the area, its size cut to the area, and never beyond the area's right or lower edge.
-QRect startInside(QRect placed, const QSize& area, const QSize& designArea) {
-    if (area.width() < designArea.width())
-        placed.moveLeft(placed.x() * area.width() / designArea.width());
-    if (area.height() < designArea.height())
-        placed.moveTop(placed.y() * area.height() / designArea.height());
-    placed.setSize(placed.size().boundedTo(area));
-    placed.moveLeft(std::max(0, std::min(placed.x(), area.width() - placed.width())));
-    placed.moveTop(std::max(0, std::min(placed.y(), area.height() - placed.height())));
-    return placed;
-}
 
 template <typename W>
 W* named(W* object, const QString& name) {
@@ -114,7 +91,7 @@ void MDIParent::fitToScreen() {
         return;
     }
     // Maximised, a window manager fits the frame and its title bar into the area.
-    resize(kDesignSize.boundedTo(available.size()));
+    resize(available.size());
     setWindowState(windowState() | Qt::WindowMaximized);
 }
 
@@ -131,20 +108,38 @@ void MDIParent::keepInsideScreen() {
     setGeometry(available.marginsRemoved(margins));
 }
 
-void MDIParent::placeChildren() {
+void MDIParent::arrangeWindows() {
+    const std::optional<WindowLayout> kept = setup_.settings.loadLayout();
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (kept && screen) {
+        if (kept->mainMaximised)
+            setWindowState(windowState() | Qt::WindowMaximized);
+        else if (screen->availableGeometry().contains(kept->mainGeometry))
+            setGeometry(kept->mainGeometry);
+    }
     keepInsideScreen();
     // The frame's layout decides the area's size; it must be settled before anything is placed.
     layout()->activate();
     centralWidget()->layout()->activate();
-    const QSize area = mdiArea_->contentsRect().size();
-    if (area.isEmpty())
+    if (kept && arranger_->restore(*kept)) {
+        global_.TablesJoined = kept->tablesJoined;
         return;
-    const QSize designArea(kDesignSize.width(), kDesignSize.height() - (height() - area.height()));
-    const QList<ChildWindow*> children = childWindows();
-    for (int i = 0; i < children.size(); ++i) {
-        children[i]->parentWidget()->setGeometry(
-            startInside(kPlacement.at(static_cast<std::size_t>(i)), area, designArea));
     }
+    arranger_->arrangeFirstStart();
+}
+
+WindowLayout MDIParent::currentLayout() const {
+    WindowLayout layout;
+    layout.mainMaximised = isMaximized();
+    layout.mainGeometry = isMaximized() ? normalGeometry() : geometry();
+    layout.frames = arranger_->capture();
+    layout.tablesJoined = global_.TablesJoined;
+    return layout;
+}
+
+void MDIParent::showLinkLine() {
+    systemBar_->setLinkLine(linkline::statusText(global_.Link.LanguageId, global_.Link,
+                                                 engine_.device(), setup_.simulatedDevice));
 }
 
 MDIParent::~MDIParent() {
@@ -187,6 +182,7 @@ void MDIParent::buildConnectionCare() {
             search->click();
     });
     connect(&adapterWatch_, &AdapterWatch::note, systemBar_, &SystemBar::setConnectionNote);
+    connect(&adapterWatch_, &AdapterWatch::note, this, &MDIParent::showLinkLine);
     connect(commSettings_, &CommSettings::onlineChanged, this, [this](bool online) {
         if (online)
             rememberAdapter();
@@ -265,17 +261,18 @@ void MDIParent::buildWindows() {
     ioStatus_ = new IOStatusWindow(global_.Params, mdiArea_);
     alarmMon_ = new AlarmMonWindow(alarms_, mdiArea_);
     hMon_ = new HMonWindow(global_, engine_, wave_, mdiArea_);
-    const QList<ChildWindow*> children = childWindows();
-    for (int i = 0; i < children.size(); ++i) {
-        children[i]->followLink(global_.Link);
-        QMdiSubWindow* frame = mdiArea_->addSubWindow(children[i]);
-        frame->setGeometry(kPlacement.at(static_cast<std::size_t>(i)));
+    arranger_ = new WindowArranger(mdiArea_, this);
+    for (ChildWindow* child : childWindows()) {
+        child->followLink(global_.Link);
+        QMdiSubWindow* frame = mdiArea_->addSubWindow(child);
         frame->hide();  // until its turn in the start-up
+        arranger_->follow(frame);
     }
     trace_ = new TraceWindow(engine_, boxes_, mdiArea_);
     QMdiSubWindow* traceFrame = mdiArea_->addSubWindow(trace_);
     traceFrame->setGeometry(100, 100, 640, 360);
     traceFrame->hide();
+    arranger_->follow(traceFrame);
 
     inComDialog_ = new InComDialog(global_.Link, this);
     commSettings_ = new CommSettings(global_, engine_, boxes_, setup_.transports, this);
@@ -293,9 +290,11 @@ void MDIParent::buildWindows() {
     windows.numMonitor = numMonitor_;
     windows.waveMonitor = hMon_;
     windows.busyDialog = inComDialog_;
-    for (ChildWindow* child : children)
+    for (ChildWindow* child : childWindows())
         windows.children << child;
     ui_.attach(windows);
+    connect(commSettings_, &CommSettings::onlineChanged, this, &MDIParent::showLinkLine);
+    connect(commSettings_, &CommSettings::axisNumberApplied, this, &MDIParent::showLinkLine);
 }
 
 QList<ChildWindow*> MDIParent::childWindows() const {
@@ -309,6 +308,14 @@ void MDIParent::buildMenus() {
 
     mnuWindow = named(menuBar()->addMenu(QString()), QStringLiteral("mnuWindow"));
     connect(mnuWindow, &QMenu::aboutToShow, this, &MDIParent::refreshWindowMenu);
+    for (int i = 0; i < 3; ++i) {
+        mnuWindowArrange[static_cast<std::size_t>(i)] =
+            named(new QAction(this), QStringLiteral("mnuWindowArrange(%1)").arg(i));
+    }
+    connect(mnuWindowArrange[0], &QAction::triggered, arranger_, &WindowArranger::tile);
+    connect(mnuWindowArrange[1], &QAction::triggered, arranger_, &WindowArranger::cascade);
+    connect(mnuWindowArrange[2], &QAction::triggered, arranger_,
+            &WindowArranger::arrangeFirstStart);
 
     mnuSystem = named(menuBar()->addMenu(QString()), QStringLiteral("mnuSystem"));
     for (int i = 0; i < 5; ++i) {
@@ -351,6 +358,8 @@ void MDIParent::LanguageSelect(int languageId) {
     mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
     stopStrip_->LanguageSelect(languageId);
     helpMenu_->LanguageSelect(languageId);
+    for (std::size_t i = 0; i < mnuWindowArrange.size(); ++i)
+        mnuWindowArrange[i]->setText(TextCatalogue::text(languageId, 1433 + static_cast<int>(i)));
 }
 
 void MDIParent::LanguageOfAllWindows() {
@@ -368,15 +377,13 @@ void MDIParent::LanguageOfAllWindows() {
     prmTbl_->LanguageSelect(lang);
     systemBar_->LanguageSelect(lang);
     trace_->LanguageSelect(lang);
+    showLinkLine();
 }
 
 void MDIParent::CaptionOffLineChange(int languageId, int offline) {
     QString caption = offline != 0 ? TextCatalogue::text(languageId, 1021)
                                    : TextCatalogue::text(languageId, 1020);
-    if (!setup_.simulatedDevice.isEmpty()) {
-        // Nobody should mistake the simulated drive for a real one.
-        caption += QStringLiteral(" \u2014 simulated drive (%1)").arg(setup_.simulatedDevice);
-    }
+    caption += linkline::captionPart(languageId, setup_.deviceOverride, setup_.simulatedDevice);
     setWindowTitle(caption);
 }
 
@@ -418,16 +425,17 @@ void MDIParent::startUp() {
             failed.device + QStringLiteral(": ") +
             QString(failed.reason).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     }
-    if (!s.Online)
-        CaptionOffLineChange(s.LanguageId, 1);
+    // "Velora" reads the same in both languages; what names the device does not.
+    CaptionOffLineChange(s.LanguageId, s.Online ? 0 : 1);
 
-    placeChildren();
     for (ChildWindow* child : childWindows()) {
         if (child == hMon_)
             setup_.settings.loadWaveMon(global_.WaveMon);
         child->LanguageSelect(s.LanguageId);
         child->parentWidget()->show();
     }
+    // Once each window has its texts, and so its size.
+    arrangeWindows();
     if (s.Online && !s.PortOpen)
         showModal(commSettings_);
     systemBar_->setAxisNumber(s.AxisNumber);
@@ -435,6 +443,7 @@ void MDIParent::startUp() {
         engine_.DisableTransferButtons();
     LanguageOfAllWindows();
     mnuSystemLang[s.LanguageId != 0 ? 1 : 0]->setChecked(true);
+    showLinkLine();
 }
 
 void MDIParent::showModal(QDialog* dialog) {
@@ -446,29 +455,25 @@ void MDIParent::showModal(QDialog* dialog) {
 
 void MDIParent::refreshWindowMenu() {
     mnuWindow->clear();
-    const QList<QMdiSubWindow*> frames = mdiArea_->subWindowList();
+    // Each window once, in the order it was made; a check on those open (not minimised).
+    const QList<QMdiSubWindow*> frames = mdiArea_->subWindowList(QMdiArea::CreationOrder);
     for (int i = 0; i < frames.size(); ++i) {
         QMdiSubWindow* frame = frames[i];
-        if (frame->isHidden())
-            continue;  // the trace until it is asked for
         QAction* item = mnuWindow->addAction(
             QStringLiteral("&%1 %2").arg(i + 1).arg(frame->widget()->windowTitle()));
+        item->setObjectName(QStringLiteral("mnuWindowItem(%1)").arg(i));
         item->setCheckable(true);
-        item->setChecked(frame == mdiArea_->activeSubWindow());
+        item->setChecked(frame->isVisible() && !frame->isMinimized());
         connect(item, &QAction::triggered, this, [this, frame] {
-            if (frame->isMinimized())
+            if (frame->isMinimized() || frame->isHidden())
                 frame->showNormal();
+            frame->widget()->show();
             mdiArea_->setActiveSubWindow(frame);
         });
     }
     mnuWindow->addSeparator();
-    QAction* trace = named(mnuWindow->addAction(TextCatalogue::text(global_.Link.LanguageId, 1925)),
-                           QStringLiteral("mnuWindowTrace"));
-    connect(trace, &QAction::triggered, this, [this] {
-        QMdiSubWindow* frame = qobject_cast<QMdiSubWindow*>(trace_->parentWidget());
-        frame->showNormal();
-        mdiArea_->setActiveSubWindow(frame);
-    });
+    for (QAction* arrange : mnuWindowArrange)
+        mnuWindow->addAction(arrange);
 }
 
 void MDIParent::mnuSystemItem_Click(int index) {
@@ -517,6 +522,7 @@ void MDIParent::softwareVersionChange() {
 void MDIParent::saveAllSettings() {
     global_.RetryTime = engine_.pollIntervalMs();
     setup_.settings.saveAll(global_);
+    setup_.settings.saveLayout(currentLayout());
 }
 
 void MDIParent::closeEvent(QCloseEvent* event) {

@@ -7,6 +7,7 @@
 #include "app/TableGuard.h"
 #include "app/ToolkitTexts.h"
 #include "app/TransferActivity.h"
+#include "app/WindowLayout.h"
 #include "comtable/ComTransfer.h"
 #include "connect/AdapterWatch.h"
 #include "link/LinkEngine.h"
@@ -43,6 +44,7 @@ class PrmTblWindow;
 class StopStrip;
 class TraceWindow;
 class SystemBar;
+class WindowArranger;
 class VersionDialog;
 struct Global;
 
@@ -94,8 +96,12 @@ private:
     void fitToScreen();
     // Once shown, the frame with its decorations lies inside the available area.
     void keepInsideScreen();
-    // Every child window's frame starts inside the MDI area as it is now.
-    void placeChildren();
+    // The windows where they stood at the last orderly end, or else as at a first start.
+    void arrangeWindows();
+    // The layout of the moment, as saved at an orderly end.
+    [[nodiscard]] WindowLayout currentLayout() const;
+    // The status bar's line naming the link in use.
+    void showLinkLine();
     void buildMenus();
     void buildWindows();
     void connectReplyFamilies();
@@ -134,6 +140,7 @@ private:
     bool quitAgreed_ = false;
 
     QMdiArea* mdiArea_ = nullptr;
+    WindowArranger* arranger_ = nullptr;
     SystemBar* systemBar_ = nullptr;
     ComConsoleWindow* comConsole_ = nullptr;
     PrmTblWindow* prmTbl_ = nullptr;
@@ -155,6 +162,8 @@ private:
     QMenu* mnuFile = nullptr;
     QAction* mnuFileItem0 = nullptr;
     QMenu* mnuWindow = nullptr;
+    // Tile, Cascade, Arrange as at First Start.
+    std::array<QAction*, 3> mnuWindowArrange{};
     QMenu* mnuSystem = nullptr;
     std::array<QAction*, 5> mnuSystemItem{};
     QMenu* mnuLanguage = nullptr;

@@ -1,6 +1,7 @@
 #include "app/SettingsStore.h"
 
 #include "app/WaveMonSettings.h"
+#include "app/WindowLayout.h"
 #include "shared/Global.h"
 #include "shared/NumericText.h"
 
@@ -187,6 +188,17 @@ void SettingsStore::saveAll(const Global& global) const {
     settings->setValue(QStringLiteral("AdapterSerial"), global.Connection.AdapterSerial);
     settings->setValue(QStringLiteral("AdapterDevice"), global.Connection.AdapterDevice);
     settings->endGroup();
+    settings->sync();
+}
+
+std::optional<WindowLayout> SettingsStore::loadLayout() const {
+    const std::unique_ptr<QSettings> settings = open(kApplication);
+    return WindowLayout::read(*settings);
+}
+
+void SettingsStore::saveLayout(const WindowLayout& layout) const {
+    const std::unique_ptr<QSettings> settings = open(kApplication);
+    layout.write(*settings);
     settings->sync();
 }
 

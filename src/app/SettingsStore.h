@@ -12,6 +12,7 @@ namespace velora {
 
 struct ConnectionMemory;
 struct Global;
+struct WindowLayout;
 struct WaveMonSettings;
 
 // The program's settings in the per-user store, as texts under the application name "Halvern
@@ -36,6 +37,10 @@ public:
     void loadConnection(ConnectionMemory& memory) const;
     // Every setting, from the shared state.
     void saveAll(const Global& global) const;
+    // The windows' places at the last orderly end; nothing when none was kept or it is damaged.
+    [[nodiscard]] std::optional<WindowLayout> loadLayout() const;
+    // Written beside saveAll, at the same orderly end.
+    void saveLayout(const WindowLayout& layout) const;
     // Tells the sibling program not to skip its start screen: "False" under its own "SkipFg".
     void clearSiblingSkipFlag() const;
 

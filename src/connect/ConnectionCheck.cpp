@@ -27,6 +27,12 @@ constexpr int kAnswered = 1956;
 constexpr int kSilent = 1957;
 constexpr int kNotOpened = 1958;
 constexpr int kNotApplicable = 1960;
+constexpr int kHeldBySimulator = 1610;
+
+// The simulator keeps its end of a pseudo-terminal open: on such a line it is the drive.
+bool isSimulator(const DeviceHolder& holder, const DeviceFacts& f) {
+    return f.pseudoTerminal && holder.name == QLatin1String("velora-sim");
+}
 
 QString modeText(uint mode) {
     return QStringLiteral("%1").arg(mode, 3, 8, QLatin1Char('0'));
@@ -71,6 +77,11 @@ QList<Finding> ConnectionCheck::deviceFindings(const QString& device, const Devi
         findings.append({Verdict::Ok, kExists, {device}});
         findings.append(accessFinding(device, f));
         for (const DeviceHolder& holder : f.holders) {
+            if (isSimulator(holder, f)) {
+                findings.append(
+                    {Verdict::Ok, kHeldBySimulator, {device, QString::number(holder.pid)}});
+                continue;
+            }
             findings.append({Verdict::Problem,
                              kBusy,
                              {device, holder.name, QString::number(holder.pid),
@@ -88,7 +99,9 @@ QList<Finding> ConnectionCheck::deviceFindings(const QString& device, const Devi
                          {f.lock->path, QString::number(f.lock->pid),
                           QStringLiteral("sudo rm %1").arg(f.lock->path)}});
     }
-    if (f.exists && f.holders.isEmpty() && !(f.lock && f.lock->processAlive))
+    const bool othersHold = std::any_of(f.holders.cbegin(), f.holders.cend(),
+                                        [&f](const DeviceHolder& h) { return !isSimulator(h, f); });
+    if (f.exists && !othersHold && !(f.lock && f.lock->processAlive))
         findings.append({Verdict::Ok, kNotBusy, {device}});
     if (f.brlttyInstalled)
         findings.append({Verdict::Problem, kBrltty, {}});

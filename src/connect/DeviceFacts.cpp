@@ -151,6 +151,8 @@ DeviceFacts gatherDeviceFacts(const QString& device) {
     facts.mode = st.st_mode & 0777;
     facts.mayOpen = ::access(QFile::encodeName(device).constData(), R_OK | W_OK) == 0;
     facts.holders = holdersOf(device);
+    facts.pseudoTerminal =
+        QFileInfo(device).canonicalFilePath().startsWith(QLatin1String("/dev/pts/"));
     facts.latencyTimerPath = latencyTimerOf(device);
 #else
     Q_UNUSED(device);

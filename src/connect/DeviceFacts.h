@@ -29,6 +29,8 @@ struct DeviceFacts {
     // checks are skipped.
     bool applies = true;
     bool exists = false;
+    // The device is (or leads to) the slave end of a pseudo-terminal, as the simulator offers.
+    bool pseudoTerminal = false;
     QString owner;
     QString group;
     uint mode = 0;         // permission bits, e.g. 0660

@@ -65,6 +65,7 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     LblCom->installEventFilter(this);
     setComIndicator(false);
     LblDateTime = makeLabel(Picture1, QStringLiteral("LblDateTime"));
+    LblLink = makeLabel(Picture1, QStringLiteral("LblLink"));
     LblConnection = makeLabel(Picture1, QStringLiteral("LblConnection"));
     // A long device name must not widen the main window beyond a small screen.
     LblConnection->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -79,6 +80,8 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     row->addSpacing(8);
     row->addWidget(Label3);
     row->addWidget(LabelAxisNum);
+    row->addSpacing(8);
+    row->addWidget(LblLink);
     row->addSpacing(8);
     row->addWidget(LblConnection, 1);
     row->addWidget(LblCom);
@@ -168,6 +171,11 @@ void SystemBar::refresh() {
 void SystemBar::setConnectionNote(const QString& text) {
     LblConnection->setText(text);
     LblConnection->setToolTip(text);
+}
+
+void SystemBar::setLinkLine(const QString& text) {
+    LblLink->setText(text);
+    LblLink->setAccessibleName(text);
 }
 
 bool SystemBar::eventFilter(QObject* watched, QEvent* event) {

@@ -41,6 +41,8 @@ public:
     // A sentence about the connection (adapter unplugged, back, found elsewhere); it stays
     // until the next one.
     void setConnectionNote(const QString& text);
+    // The link in use: device, rate and axis.
+    void setLinkLine(const QString& text);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -66,6 +68,7 @@ private:
     QLabel* LblSVON = nullptr;
     QLabel* LblDateTime = nullptr;
     QLabel* LblConnection = nullptr;
+    QLabel* LblLink = nullptr;
     std::array<QLabel*, 2> ShpStatus{};
 
     QTimer refreshTimer_;

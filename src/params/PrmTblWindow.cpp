@@ -7,10 +7,12 @@
 #include "link/LinkEngine.h"
 #include "params/ParamCatalogue.h"
 #include "params/ParamFile.h"
+#include "params/ParamGuide.h"
 #include "params/ParamTransfer.h"
 #include "params/SprmTblWindow.h"
 #include "shared/Global.h"
 
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -21,6 +23,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -62,12 +65,16 @@ PrmTblWindow::PrmTblWindow(Global& global, LinkEngine& engine, ParamTransfer& tr
       edit_(global),
       file_(new ParamFile(engine, transfer, global.Params, this)) {
     auto* column = new QVBoxLayout(this);
+    buildFilter();
     SSTabPrm = new QTabWidget(this);
     SSTabPrm->setObjectName(QStringLiteral("SSTabPrm"));
     column->addWidget(SSTabPrm, 1);
     buildTabs();
     driveLine_ = new DriveLine(global.Params.Origin, engine, this);
     column->addWidget(driveLine_);
+    LabelMarked = new QLabel(this);
+    LabelMarked->setObjectName(QStringLiteral("LabelMarked"));
+    column->addWidget(LabelMarked);
     buildButtons();
     // Its own window until the gesture first places it beside this one. Made after the tabs,
     // so that a search by name below this window meets this window's boxes first.
@@ -84,7 +91,11 @@ PrmTblWindow::~PrmTblWindow() = default;
 void PrmTblWindow::buildTabs() {
     int unitLabels = 0;
     for (int tab = 0; tab < PrmEdit::BoxCount / PrmEdit::BoxesPerTab; ++tab) {
-        auto* page = new QWidget(SSTabPrm);
+        // A page scrolls rather than holding the window taller than a small screen allows.
+        auto* scroll = new QScrollArea(SSTabPrm);
+        scroll->setWidgetResizable(true);
+        scroll->setFrameShape(QFrame::NoFrame);
+        auto* page = new QWidget(scroll);
         auto* grid = new QGridLayout(page);
         for (int row = 0; row < PrmEdit::BoxesPerTab; ++row) {
             const int n = tab * PrmEdit::BoxesPerTab + row;
@@ -107,12 +118,97 @@ void PrmTblWindow::buildTabs() {
         }
         grid->setColumnStretch(0, 1);
         grid->setColumnMinimumWidth(2, 70);
+        grid->setRowStretch(PrmEdit::BoxesPerTab, 1);
+        scroll->setWidget(page);
+        scroll->setMinimumHeight(page->sizeHint().height() / 3);
         const int first = tab * PrmEdit::BoxesPerTab;
-        SSTabPrm->addTab(page, QStringLiteral("%1 - %2")
-                                   .arg(first, 2, 10, QLatin1Char('0'))
-                                   .arg(first + PrmEdit::BoxesPerTab - 1, 2, 10, QLatin1Char('0')));
+        SSTabPrm->addTab(scroll,
+                         QStringLiteral("%1 - %2")
+                             .arg(first, 2, 10, QLatin1Char('0'))
+                             .arg(first + PrmEdit::BoxesPerTab - 1, 2, 10, QLatin1Char('0')));
     }
     SSTabPrm->setCurrentIndex(0);
+}
+
+void PrmTblWindow::buildFilter() {
+    auto* row = new QHBoxLayout;
+    LblPrmFilter = new QLabel(this);
+    LblPrmFilter->setObjectName(QStringLiteral("LblPrmFilter"));
+    TxtPrmFilter = new QLineEdit(this);
+    TxtPrmFilter->setObjectName(QStringLiteral("TxtPrmFilter"));
+    TxtPrmFilter->setClearButtonEnabled(true);
+    LblPrmFilter->setBuddy(TxtPrmFilter);
+    ChkChangedOnly = new QCheckBox(this);
+    ChkChangedOnly->setObjectName(QStringLiteral("ChkChangedOnly"));
+    row->addWidget(LblPrmFilter);
+    row->addWidget(TxtPrmFilter, 1);
+    row->addWidget(ChkChangedOnly);
+    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+    connect(TxtPrmFilter, &QLineEdit::textChanged, this, &PrmTblWindow::applyFilter);
+    connect(ChkChangedOnly, &QCheckBox::toggled, this, &PrmTblWindow::applyFilter);
+}
+
+bool PrmTblWindow::rowShown(int n) const {
+    if (ChkChangedOnly->isChecked() && !global_.Params.ParamChanged[static_cast<std::size_t>(n)])
+        return false;
+    return paramguide::matches(global_.Link.LanguageId, n, TxtPrmFilter->text());
+}
+
+void PrmTblWindow::applyFilter() {
+    for (int tab = 0; tab < SSTabPrm->count(); ++tab) {
+        bool any = false;
+        for (int n = tab * PrmEdit::BoxesPerTab; n < (tab + 1) * PrmEdit::BoxesPerTab; ++n) {
+            const bool shown = rowShown(n);
+            any = any || shown;
+            const auto i = static_cast<std::size_t>(n);
+            Label1[i]->setVisible(shown);
+            TxtPrm[i]->setVisible(shown);
+        }
+        SSTabPrm->setTabVisible(tab, any);
+    }
+    for (const auto& [n, unit] : Label2)
+        unit->setVisible(!TxtPrm[static_cast<std::size_t>(n)]->isHidden());
+    if (!SSTabPrm->isTabVisible(SSTabPrm->currentIndex())) {
+        for (int tab = 0; tab < SSTabPrm->count(); ++tab) {
+            if (SSTabPrm->isTabVisible(tab)) {
+                SSTabPrm->setCurrentIndex(tab);
+                break;
+            }
+        }
+    }
+}
+
+void PrmTblWindow::showMarks() {
+    const ParamTables& p = global_.Params;
+    for (int tab = 0; tab < static_cast<int>(tabMarked_.size()); ++tab) {
+        bool edited = false;
+        for (int n = tab * PrmEdit::BoxesPerTab; n < (tab + 1) * PrmEdit::BoxesPerTab; ++n)
+            edited = edited || p.ParamChanged[static_cast<std::size_t>(n)];
+        auto& shown = tabMarked_[static_cast<std::size_t>(tab)];
+        if (shown == edited && markedShown_ >= 0)
+            continue;
+        shown = edited;
+        const int first = tab * PrmEdit::BoxesPerTab;
+        SSTabPrm->setTabText(tab, tablekit::marked(QStringLiteral("%1 - %2")
+                                                       .arg(first, 2, 10, QLatin1Char('0'))
+                                                       .arg(first + PrmEdit::BoxesPerTab - 1, 2, 10,
+                                                            QLatin1Char('0')),
+                                                   edited));
+    }
+    const int count =
+        static_cast<int>(std::count(p.ParamChanged.cbegin(), p.ParamChanged.cend(), true));
+    if (count != markedShown_) {
+        markedShown_ = count;
+        LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1565) +
+                             QString::number(count));
+    }
+    if (ChkChangedOnly->isChecked())
+        applyFilter();
+}
+
+void PrmTblWindow::showCaption() {
+    setWindowTitle(
+        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1058), lastFile_));
 }
 
 void PrmTblWindow::buildButtons() {
@@ -134,6 +230,7 @@ void PrmTblWindow::connectSources() {
         showAllValues();
         for (int n = 0; n < PrmEdit::BoxCount; ++n)
             setColour(n, BoxColour::Clean);
+        showMarks();
     });
     connect(&transfer_, &ParamTransfer::valueRefreshed, this, &PrmTblWindow::showParameter);
     connect(&transfer_, &ParamTransfer::valuesRefreshed, driveLine_, &DriveLine::refresh);
@@ -141,8 +238,10 @@ void PrmTblWindow::connectSources() {
     connect(&transfer_, &ParamTransfer::parameterWritten, this, [this](int number) {
         if (number < PrmEdit::BoxCount)
             setColour(number, BoxColour::Clean);
+        showMarks();
     });
     connect(&transfer_, &ParamTransfer::transferFinished, this, [this](ParamTransfer::Chain chain) {
+        showMarks();
         if (chain == ParamTransfer::Chain::ReadAll || chain == ParamTransfer::Chain::Write)
             Command[WriteServo]->setEnabled(false);
     });
@@ -152,6 +251,10 @@ void PrmTblWindow::connectSources() {
             setColour(number, BoxColour::FileLoaded);
     });
     connect(file_, &ParamFile::fileLoaded, this, [this](bool enableWriteServo) {
+        if (!readingFile_.isEmpty())
+            lastFile_ = readingFile_;
+        showCaption();
+        showMarks();
         // The table now holds values: the write buttons follow the controls from here on.
         applyControls();
         if (enableWriteServo && transfersAllowed())
@@ -162,9 +265,20 @@ void PrmTblWindow::connectSources() {
 }
 
 void PrmTblWindow::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1058));
-    for (int n = 0; n < PrmEdit::BoxCount; ++n)
-        Label1[static_cast<std::size_t>(n)]->setText(ParamCatalogue::label(languageId, n));
+    showCaption();
+    for (int n = 0; n < PrmEdit::BoxCount; ++n) {
+        const auto i = static_cast<std::size_t>(n);
+        Label1[i]->setText(ParamCatalogue::label(languageId, n));
+        TxtPrm[i]->setToolTip(paramguide::toolTip(languageId, n));
+    }
+    LblPrmFilter->setText(TextCatalogue::text(languageId, 1568));
+    TxtPrmFilter->setPlaceholderText(TextCatalogue::text(languageId, 1570));
+    ChkChangedOnly->setText(TextCatalogue::text(languageId, 1569));
+    tablekit::fitCountLine(
+        LabelMarked, TextCatalogue::text(languageId, 1565) + QString::number(ParamTables::Count));
+    markedShown_ = -1;
+    showMarks();
+    applyFilter();
     for (const auto& [n, unit] : Label2)
         unit->setText(ParamCatalogue::unitText(languageId, ParamCatalogue::unit(n)));
     Command[WriteFile]->setText(TextCatalogue::text(languageId, 1561));
@@ -211,11 +325,19 @@ void PrmTblWindow::Command_Click(int index) {
     if (buttonGuard_ && !buttonGuard_(index))
         return;
     switch (index) {
-        case WriteFile:
-            file_->write(chooseFile(true));
+        case WriteFile: {
+            const QString path = chooseFile(true);
+            if (file_->write(path)) {
+                lastFile_ = path;
+                showCaption();
+            }
             break;
+        }
         case ReadFile:
-            file_->read(chooseFile(false));
+            // Named in the caption once its values are in the table.
+            readingFile_ = chooseFile(false);
+            file_->read(readingFile_);
+            readingFile_.clear();
             break;
         case WriteServo:
             transfer_.writeChanged();
@@ -308,8 +430,15 @@ bool PrmTblWindow::eventFilter(QObject* watched, QEvent* event) {
 void PrmTblWindow::onKey(int n, FieldKey key) {
     const KeyOutcome out = edit_.keyDown(n, key);
     follow(n, out.edit);
-    SSTabPrm->setCurrentIndex(out.tab);
-    TxtPrm.at(static_cast<std::size_t>(out.focus))->setFocus(Qt::OtherFocusReason);
+    // Boxes the filter hides are passed over.
+    int focus = out.focus;
+    for (int step = 0; step < PrmEdit::BoxCount && !rowShown(focus); ++step)
+        focus = NextFieldIndex(focus, key, PrmEdit::BoxCount);
+    QLineEdit* box = TxtPrm.at(static_cast<std::size_t>(focus));
+    SSTabPrm->setCurrentIndex(focus / PrmEdit::BoxesPerTab);
+    box->setFocus(Qt::OtherFocusReason);
+    if (auto* scroll = qobject_cast<QScrollArea*>(SSTabPrm->currentWidget()))
+        scroll->ensureWidgetVisible(box);
 }
 
 void PrmTblWindow::onLeave(int n) {
@@ -333,6 +462,7 @@ void PrmTblWindow::follow(int n, EditOutcome outcome) {
     }
     if (paused)
         engine_.resumeTimer1();
+    showMarks();
 }
 
 void PrmTblWindow::apply(int n, const EditOutcome& outcome) {

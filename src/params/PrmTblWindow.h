@@ -9,6 +9,7 @@
 #include <array>
 #include <functional>
 
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -77,6 +78,13 @@ private:
     void apply(int n, const EditOutcome& outcome);
     void showAllValues();
     void setColour(int n, BoxColour colour);
+    void buildFilter();
+    // The tab marks and the count of parameters marked for writing, as the table holds them.
+    void showMarks();
+    void showCaption();
+    // Only the parameters the filter box and "show only changed" ask for; tabs without one go.
+    void applyFilter();
+    [[nodiscard]] bool rowShown(int n) const;
     [[nodiscard]] QString chooseFile(bool save);
 
     Global& global_;
@@ -95,6 +103,15 @@ private:
     // Unit labels with the parameter they stand beside.
     QList<QPair<int, QLabel*>> Label2;
     std::array<QPushButton*, ButtonCount> Command{};
+    QLabel* LblPrmFilter = nullptr;
+    QLineEdit* TxtPrmFilter = nullptr;
+    QCheckBox* ChkChangedOnly = nullptr;
+    QLabel* LabelMarked = nullptr;
+    // The file last written or read, named in the caption; the one a read is loading.
+    QString lastFile_;
+    QString readingFile_;
+    std::array<bool, PrmEdit::BoxCount / PrmEdit::BoxesPerTab> tabMarked_{};
+    int markedShown_ = -1;
     // A box is being checked: focus changes made by the check itself check nothing.
     bool checking_ = false;
 };

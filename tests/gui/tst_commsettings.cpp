@@ -165,6 +165,21 @@ private slots:
         QCOMPARE(rig.stored(u"Connection/Device"_s), u"/dev/ttyACM0"_s);
     }
 
+    // The device in use without a port number (the simulator, --port) is shown in the port
+    // box; OK keeps it without remembering it, and a path typed there is opened as it is.
+    void showsAndOpensADevicePath() {
+        DialogRig rig({}, {}, u"/tmp/velora-line/tty"_s);
+        QCOMPARE(rig.text(u"TxtCOMnum"_s), u"/tmp/velora-line/tty"_s);
+        rig.click(u"Command(0)"_s);
+        QCOMPARE(rig.port()->opens.last().first, u"/tmp/velora-line/tty"_s);
+        rig.open();
+        ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TxtCOMnum"_s), u"/dev/ttyV7"_s);
+        rig.click(u"Command(0)"_s);
+        QCOMPARE(rig.port()->opens.last().first, u"/dev/ttyV7"_s);
+        rig.window->close();
+        QCOMPARE(rig.stored(u"Connection/Device"_s), u"/dev/ttyV7"_s);
+    }
+
     void okWithAllAxesDisablesTheTransfers() {
         DialogRig rig;
         ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TextAxisNum"_s), u"15"_s);

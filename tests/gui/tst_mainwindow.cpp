@@ -19,6 +19,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 #include <QTableWidget>
 #include <QTextBrowser>
 #include <QtTest>
@@ -52,7 +53,7 @@ private slots:
         rig.start();
         QCOMPARE(frameOrder(rig), kChildOrder + QStringList{"Trace"});
         for (const QString& name : kChildOrder)
-            QVERIFY2(rig.find<ChildWindow>(name)->isVisible(), qPrintable(name));
+            QVERIFY2(rig.find<ChildWindow>(name)->parentWidget()->isVisible(), qPrintable(name));
         for (const char* name : {"SystemBar", "LblCom", "LblDateTime", "LabelAxisNum",
                                  "ShpStatus(0)", "ShpStatus(1)", "LblSVON"})
             QVERIFY2(rig.find(QString::fromLatin1(name)), name);
@@ -67,24 +68,82 @@ private slots:
         QCOMPARE(rig.port()->backEnd(), BackEnd::Rs232);
         QCOMPARE(rig.port()->opens.value(0).second, 9600);
         QCOMPARE(rig.sent(), QStringList{"0ma"});
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(),
+                 en(1604).arg(rig.engine().device(), u"9600"_s).arg(0));
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
         QVERIFY(rig.messages.isEmpty());
 
-        // The Window menu lists the child windows, then the trace, which is hidden until asked
-        // for and records nothing until told to.
+        // The Window menu lists each window once, the trace too, which is hidden until asked
+        // for and records nothing until told to; a check on those open.
         QMenu* windowMenu = rig.find<QMenu>(u"mnuWindow"_s);
-        emit windowMenu->aboutToShow();
-        QCOMPARE(windowMenu->actions().size(), kChildOrder.size() + 2);
-        QCOMPARE(windowMenu->actions().first()->text(), "&1 " + en(1051));
+        const auto items = [&] {
+            emit windowMenu->aboutToShow();
+            QStringList texts;
+            for (const QAction* item : windowMenu->actions()) {
+                if (item->objectName().startsWith(u"mnuWindowItem"_s))
+                    texts << item->text() + (item->isChecked() ? u" [x]"_s : QString());
+            }
+            return texts;
+        };
+        QCOMPARE(items().first(), "&1 " + en(1051) + u" [x]"_s);
+        QCOMPARE(items().last(), "&9 " + en(1925));
         QVERIFY(!rig.find(u"Trace"_s)->isVisible());
-        windowMenu->actions().last()->trigger();
+        rig.find<QAction>(u"mnuWindowItem(8)"_s)->trigger();
         QVERIFY(rig.find(u"Trace"_s)->isVisible());
+        QCOMPARE(items().size(), kChildOrder.size() + 1);
+        QCOMPARE(items().last(), "&9 " + en(1925) + u" [x]"_s);
         QVERIFY(!rig.engine().frameTrace());
 
         // A child's close box minimises it.
-        QWidget* frame = rig.find(u"NumMonitor"_s)->parentWidget();
+        QWidget* frame = rig.find(u"ComConsole"_s)->parentWidget();
         QVERIFY(!frame->close());
         QVERIFY(frame->isMinimized() && frame->isVisible());
+        QVERIFY(!items().first().endsWith(u"[x]"_s));
+    }
+
+    // The first start piles nothing: the windows shown stand side by side, the others are
+    // minimised below them. The layout of an orderly end comes back at the next start, unless
+    // it does not fit the screen of the moment.
+    void firstStartFitsAndTheLayoutComesBack() {
+        ShellRig first;
+        first.start();
+        const QList<QMdiSubWindow*> frames =
+            first.find<QMdiArea>(u"MDIClient"_s)->subWindowList(QMdiArea::CreationOrder);
+        const QRect area = first.find<QMdiArea>(u"MDIClient"_s)->viewport()->rect();
+        for (const QMdiSubWindow* a : frames) {
+            if (!a->isVisible())
+                continue;
+            QVERIFY2(area.contains(a->geometry()), qPrintable(a->widget()->objectName()));
+            for (const QMdiSubWindow* b : frames) {
+                QVERIFY2(a == b || !b->isVisible() || !a->geometry().intersects(b->geometry()),
+                         qPrintable(a->widget()->objectName() + " " + b->widget()->objectName()));
+            }
+        }
+        QMdiSubWindow* console = frames.first();
+        QVERIFY(!console->isMinimized());
+        console->setGeometry(10, 20, 600, 470);
+        console->showMinimized();
+        first.find<QPushButton>(u"CmdJoin"_s)->click();
+        first.find<QAction>(u"mnuFileItem(0)"_s)->trigger();
+
+        QMap<QString, QString> kept;
+        const QSettings stored(first.settingsFile(), QSettings::IniFormat);
+        for (const QString& key : stored.allKeys())
+            kept.insert(key, stored.value(key).toString());
+        QCOMPARE(kept.value(u"WindowLayout/ComConsole"_s), u"10,20,600,470,Minimised"_s);
+        ShellRig again(kept);
+        again.start();
+        QWidget* restored = again.find(u"ComConsole"_s)->parentWidget();
+        QVERIFY(restored->isMinimized());
+        restored->showNormal();
+        QCOMPARE(restored->geometry(), QRect(10, 20, 600, 470));
+        QVERIFY(again.global.TablesJoined);
+
+        kept.insert(u"WindowLayout/ComConsole"_s, u"3000,20,600,470,Normal"_s);
+        ShellRig elsewhere(kept);
+        elsewhere.start();
+        QCOMPARE(elsewhere.find(u"ComConsole"_s)->parentWidget()->pos(), QPoint(0, 0));
+        QVERIFY(!elsewhere.global.TablesJoined);
     }
 
     void offlineStartSendsNothing() {
@@ -94,6 +153,7 @@ private slots:
         QVERIFY(rig.port()->frames.isEmpty());
         QVERIFY(rig.port()->opens.isEmpty());
         QCOMPARE(rig.window->windowTitle(), ja(1021));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), ja(1606));
         QVERIFY(!rig.find<ComConsoleWindow>(u"ComConsole"_s)->consoleEnabled());
         QVERIFY(!rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
         QVERIFY(!rig.find(u"CommSettings"_s)->isVisible());
@@ -116,8 +176,11 @@ private slots:
     }
 
     void allAxesStartsWithTransfersDisabled() {
-        ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}});
+        const QString device = u"/dev/ttyV9"_s;  // as --port gives it
+        ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}}, {}, device);
         rig.start();
+        QCOMPARE(rig.window->windowTitle(), en(1020) + en(1609).arg(device));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), en(1604).arg(device, u"9600"_s).arg(15));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"15"_s);
         for (const QString& name : kChildOrder) {
             QVERIFY2(!rig.find<ChildWindow>(name)->transferButtonsEnabled(), qPrintable(name));
@@ -136,7 +199,7 @@ private slots:
         QCOMPARE(rig.find<QAction>(u"mnuFileItem(0)"_s)->text(), ja(1001));
         QCOMPARE(rig.find<QAction>(u"mnuSystemItem(4)"_s)->text(), ja(1008));
         QCOMPARE(rig.find<ChildWindow>(u"HMon"_s)->windowTitle(), ja(1054));
-        QCOMPARE(rig.find<QLabel>(u"Label1(0)"_s)->text(), ja(1100));
+        QCOMPARE(rig.find<QLabel>(u"Label1(0)"_s, rig.find(u"ComConsole"_s))->text(), ja(1100));
         QCOMPARE(rig.find<QLabel>(u"LblCom"_s)->text(), ja(1603));
         // The caption follows only the next online/offline change.
         QCOMPARE(rig.window->windowTitle(), en(1020));
@@ -158,9 +221,7 @@ private slots:
         QVERIFY(rig.window->screen()->availableGeometry().contains(rig.window->frameGeometry()));
         const auto* area = rig.find<QMdiArea>(u"MDIClient"_s);
         QCOMPARE(area->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
-        for (const QMdiSubWindow* frame : area->subWindowList())
-            QVERIFY2(area->viewport()->rect().contains(frame->geometry().topLeft()),
-                     qPrintable(frame->widget()->objectName()));
+        // The windows inside the area: firstStartFitsAndTheLayoutComesBack.
     }
 
     void quitSavesEverySetting() {

@@ -4,10 +4,13 @@
 
 #include "ShellRig.h"
 
+#include <QCheckBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTimer>
 #include <QtTest>
 
 using namespace velora;
@@ -83,6 +86,52 @@ private slots:
         QCOMPARE(rig.prm()->windowTitle(), ja(1058));
         QCOMPARE(rig.find<QLabel>(u"Label1(2)"_s, rig.prm())->text(), ja(1502));
         QCOMPARE(rig.button(3)->text(), ja(1564));
+    }
+
+    // What the table windows have, and a filter: the marks follow an edit, the filter keeps
+    // the rows asked for, the caption names the file written, each box explains itself.
+    void marksFilterCaptionAndToolTips() {
+        Rig rig;
+        rig.start();
+        auto* tabs = rig.prm()->findChild<QTabWidget*>(u"SSTabPrm"_s);
+        rig.type(17, u"5"_s);
+        QVERIFY(tabs->tabText(1).endsWith(u"\u25CF"_s) && !tabs->tabText(0).endsWith(u"\u25CF"_s));
+        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, rig.prm())->text(), en(1565) + u"1"_s);
+        QCOMPARE(rig.box(20)->toolTip(),
+                 ParamCatalogue::label(0, 20) + u"\n"_s + en(1566).arg(0).arg(2) + u"\n"_s +
+                     en(1567));
+        QVERIFY(rig.box(17)->toolTip().endsWith(en(1566).arg(0).arg(99999) + u" (Pulse)"_s));
+
+        const auto shown = [&rig] {
+            QList<int> numbers;
+            for (int n = 0; n < 60; ++n) {
+                if (!rig.box(n)->isHidden())
+                    numbers << n;
+            }
+            return numbers;
+        };
+        auto* filter = rig.find<QLineEdit>(u"TxtPrmFilter"_s, rig.prm());
+        filter->setText(u"zrtn  VELOCITY"_s);
+        QCOMPARE(shown(), (QList<int>{29, 30}));
+        QVERIFY(!tabs->isTabVisible(0) && tabs->currentIndex() == 2);
+        filter->setText(u"45"_s);
+        QCOMPARE(shown(), QList<int>{45});
+        filter->clear();
+        rig.find<QCheckBox>(u"ChkChangedOnly"_s, rig.prm())->setChecked(true);
+        QCOMPARE(shown(), QList<int>{17});
+
+        const QString path = rig.dir.filePath(u"axis.prm"_s);
+        auto* poll = new QTimer(this);
+        connect(poll, &QTimer::timeout, poll, [poll, path] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                dialog->selectFile(path);
+                static_cast<QDialog*>(dialog)->accept();
+                poll->deleteLater();
+            }
+        });
+        poll->start(5);
+        rig.prm()->Command_Click(PrmTblWindow::WriteFile);
+        QCOMPARE(rig.prm()->windowTitle(), en(1058) + u" - axis.prm"_s);
     }
 
     void commandModeAsksThenCouplesWithThePollingStopped() {

@@ -203,6 +203,9 @@ private slots:
         auto* com = rig.find<ComTblWindow>(u"ComTbl"_s);
         auto* pointFrame = qobject_cast<QMdiSubWindow*>(point->parentWidget());
         auto* comFrame = qobject_cast<QMdiSubWindow*>(com->parentWidget());
+        // A small screen starts them minimised.
+        pointFrame->showNormal();
+        comFrame->showNormal();
         auto* join = rig.find<QPushButton>(u"CmdJoin"_s, point);
         QCOMPARE(join->text(), en(1462));
         QTest::mouseClick(join, Qt::LeftButton);

@@ -107,6 +107,9 @@ private slots:
         connect(&line, &sim::SimulatedLine::commandReceived, this,
                 [&received](const QString& text) { received << text; });
         rig.start();
+        // Minimised on a small screen: opened as a user would, at a size that shows the trace.
+        rig.find(u"HMon"_s)->parentWidget()->showNormal();
+        rig.find(u"HMon"_s)->parentWidget()->resize(760, 560);
         QVERIFY(runUntil(rig, [&] { return rig.link().MonitorRunning; }));
         auto* run = control<QPushButton>(rig, u"CmdRun"_s);
         auto* cancel = control<QPushButton>(rig, u"CmdCancel"_s);
