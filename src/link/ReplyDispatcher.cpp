@@ -24,14 +24,12 @@ void ReplyDispatcher::unregisterHandler(const QString& code) {
 
 bool ReplyDispatcher::answersLastCommand(const QString& text) const {
     const LinkState& s = engine_.state();
-    // Nothing asked, another drive on the line, or a reply to an earlier command.
     if (wire::answers(text, s.LastCommand))
         return true;
     // Once a capture is armed the drive sends the trigger and the record by itself.
     const QString code = wire::codeOf(text);
-    return s.WaveState != 0 && text.size() >= 3 &&
-           text.front().toUpper() == s.LastCommand.front().toUpper() &&
-           (code == QLatin1String("wr") || code == QLatin1String("wd"));
+    return s.WaveState != 0 && (code == QLatin1String("wr") || code == QLatin1String("wd")) &&
+           !s.LastCommand.isEmpty() && text.front().toUpper() == s.LastCommand.front().toUpper();
 }
 
 void ReplyDispatcher::DispatchReply(const QString& text) {

@@ -3,7 +3,6 @@
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
 #include "link/ReplyFields.h"
-#include "link/WireFormat.h"
 #include "shared/LinkState.h"
 
 namespace velora {

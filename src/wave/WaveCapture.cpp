@@ -3,7 +3,6 @@
 #include "link/LinkEngine.h"
 #include "link/LinkUi.h"
 #include "link/ReplyFields.h"
-#include "link/WireFormat.h"
 #include "shared/Global.h"
 
 namespace velora {
