@@ -18,6 +18,11 @@ const QString Corrupt = QStringLiteral("corrupt");
 const QString Error = QStringLiteral("error");
 const QString CablePull = QStringLiteral("cable-pull-after");
 const QString Alarm = QStringLiteral("alarm");
+const QString Cut = QStringLiteral("cut");
+const QString Duplicate = QStringLiteral("duplicate");
+const QString Late = QStringLiteral("late");
+const QString WrongCode = QStringLiteral("wrong-code");
+const QString Misaddress = QStringLiteral("misaddress");
 
 std::optional<int> toInt(const QString& text, int lo, int hi) {
     bool ok = false;
@@ -43,6 +48,50 @@ bool addCodeCounts(const QStringList& values, QHash<QString, int>& counts, QStri
             return false;
         }
         counts.insert(parts[0], *count);
+    }
+    return true;
+}
+
+// CODE:MS into the plan's late replies.
+bool addCodeValues(const QStringList& values, FaultPlan& f, QString* error) {
+    for (const QString& value : values) {
+        const QStringList parts = value.split(QLatin1Char(':'));
+        const std::optional<int> ms = parts.size() == 2 ? toInt(parts[1], 0, 600000) : std::nullopt;
+        if (!ms || !isCode(parts[0])) {
+            *error = QStringLiteral("bad --late value '%1'").arg(value);
+            return false;
+        }
+        f.lateMs.insert(parts[0], *ms);
+    }
+    return true;
+}
+
+// CODE:OTHER into the codes replies carry instead.
+bool addWrongCodes(const QStringList& values, QHash<QString, QString>& codes, QString* error) {
+    for (const QString& value : values) {
+        const QStringList parts = value.split(QLatin1Char(':'));
+        if (parts.size() != 2 || !isCode(parts[0]) || !isCode(parts[1])) {
+            *error = QStringLiteral("bad --wrong-code value '%1'").arg(value);
+            return false;
+        }
+        codes.insert(parts[0], parts[1]);
+    }
+    return true;
+}
+
+// CODE:AXIS[:COUNT] into the plan's misaddressed commands.
+bool addMisaddressed(const QStringList& values, FaultPlan& f, QString* error) {
+    for (const QString& value : values) {
+        const QStringList parts = value.split(QLatin1Char(':'));
+        const std::optional<int> axis = parts.size() >= 2 ? toInt(parts[1], 0, 14) : std::nullopt;
+        const std::optional<int> count = parts.size() == 3 ? toInt(parts[2], 1, 1000000)
+                                                           : std::optional<int>(FaultPlan::Forever);
+        if (parts.size() > 3 || !axis || !count || !isCode(parts[0])) {
+            *error = QStringLiteral("bad --misaddress value '%1'").arg(value);
+            return false;
+        }
+        f.misaddressAxis.insert(parts[0], *axis);
+        f.misaddressCounts.insert(parts[0], *count);
     }
     return true;
 }
@@ -79,6 +128,23 @@ void CommandLine::addOptions(QCommandLineParser& parser) {
          QStringLiteral("Fault: answer CODE with error class K instead of carrying it out. "
                         "Repeatable."),
          QStringLiteral("CODE:K")},
+        {Cut,
+         QStringLiteral("Fault: cut the replies to CODE short (the second half of their data is "
+                        "lost), COUNT times or always. Repeatable."),
+         QStringLiteral("CODE[:COUNT]")},
+        {Duplicate,
+         QStringLiteral("Fault: send the replies to CODE twice, COUNT times or always. "
+                        "Repeatable."),
+         QStringLiteral("CODE[:COUNT]")},
+        {Late, QStringLiteral("Fault: the replies to CODE come MS milliseconds late. Repeatable."),
+         QStringLiteral("CODE:MS")},
+        {WrongCode,
+         QStringLiteral("Fault: the replies to CODE carry the code OTHER instead. Repeatable."),
+         QStringLiteral("CODE:OTHER")},
+        {Misaddress,
+         QStringLiteral("Fault: commands CODE reach the drive on AXIS instead of the addressed "
+                        "one (a garbled axis character), COUNT times or always. Repeatable."),
+         QStringLiteral("CODE:AXIS[:COUNT]")},
         {CablePull,
          QStringLiteral("Fault: stop hearing and answering MS milliseconds after the start "
                         "(cable pulled)."),
@@ -130,7 +196,12 @@ std::optional<SimOptions> CommandLine::options(const QCommandLineParser& parser,
     if (!intOption(DropEvery, 1, 1000000, f.dropEveryNth) ||
         !intOption(Delay, 0, 600000, f.delayMs) || !intOption(CablePull, 0, 86400000, cablePull) ||
         !addCodeCounts(parser.values(DropCode), f.dropCodes, error) ||
-        !addCodeCounts(parser.values(Corrupt), f.corruptCodes, error)) {
+        !addCodeCounts(parser.values(Corrupt), f.corruptCodes, error) ||
+        !addCodeCounts(parser.values(Cut), f.cutCodes, error) ||
+        !addCodeCounts(parser.values(Duplicate), f.duplicateCodes, error) ||
+        !addCodeValues(parser.values(Late), f, error) ||
+        !addWrongCodes(parser.values(WrongCode), f.wrongCodes, error) ||
+        !addMisaddressed(parser.values(Misaddress), f, error)) {
         return std::nullopt;
     }
     if (cablePull >= 0)

@@ -23,19 +23,28 @@ void DriveBus::deliver(const QString& code, QByteArray text, int baud, int delay
         case FaultPlan::Fate::Corrupt:
             text = FaultPlan::corrupted(text);
             break;
+        case FaultPlan::Fate::CutShort:
+            text = FaultPlan::cutShort(text);
+            break;
         case FaultPlan::Fate::Send:
             break;
     }
-    out.append({std::move(text), baud, delayMs});
+    bool duplicated = false;
+    faults_.reshape(code, text, delayMs, duplicated);
+    out.append({text, baud, delayMs});
+    if (duplicated)
+        out.append({text, baud, delayMs + FaultPlan::DuplicateLagMs});
 }
 
 QList<OutgoingReply> DriveBus::receive(const QString& text, const LineSettings& line) {
     QList<OutgoingReply> out;
     if (faults_.cablePulled || text.isEmpty())
         return out;
-    const QChar axis = text.front();
+    QChar axis = text.front();
     const bool broadcast = axis == QLatin1Char('F') || axis == QLatin1Char('f');
     const QString code = text.mid(1, 2);
+    if (const std::optional<int> other = broadcast ? std::nullopt : faults_.misaddressed(code))
+        axis = QLatin1Char("0123456789ABCDEF"[*other & 0xF]);
     for (const auto& d : drives_) {
         if (!line.heardAt(d->baudRate()))
             continue;

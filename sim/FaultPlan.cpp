@@ -1,5 +1,7 @@
 #include "sim/FaultPlan.h"
 
+#include <algorithm>
+
 namespace velora::sim {
 
 namespace {
@@ -31,7 +33,27 @@ FaultPlan::Fate FaultPlan::fateOf(const QString& code) {
         return Fate::Drop;
     if (spend(corruptCodes, code))
         return Fate::Corrupt;
+    if (spend(cutCodes, code))
+        return Fate::CutShort;
     return Fate::Send;
+}
+
+QByteArray FaultPlan::cutShort(const QByteArray& text) {
+    constexpr qsizetype Header = 3;  // axis character and code
+    return text.left(Header + std::max<qsizetype>(text.size() - Header, 0) / 2);
+}
+
+void FaultPlan::reshape(const QString& code, QByteArray& text, int& delayMs, bool& duplicated) {
+    if (const auto other = wrongCodes.constFind(code); other != wrongCodes.constEnd())
+        text.replace(1, 2, other->toLatin1());
+    delayMs += lateMs.value(code);
+    duplicated = spend(duplicateCodes, code);
+}
+
+std::optional<int> FaultPlan::misaddressed(const QString& code) {
+    if (!misaddressAxis.contains(code) || !spend(misaddressCounts, code))
+        return std::nullopt;
+    return misaddressAxis.value(code);
 }
 
 QByteArray FaultPlan::corrupted(const QByteArray& text) {

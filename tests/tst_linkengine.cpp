@@ -154,7 +154,10 @@ private slots:
         rig.ticks(1);
         QCOMPARE(rig.ui.messages.size(), 1);
         const auto& question = rig.ui.messages[0];
-        QCOMPARE(question.text, en(1704));
+        // The catalogue's word, then which request, axis, rate and device.
+        QVERIFY(question.text.startsWith(
+            en(1704) + QStringLiteral("\nNo answer to 'TR3' from axis 1 at 9600 baud on "
+                                      "/dev/ttyS0 after 5 re-sends.")));
         QCOMPARE(question.caption, en(1705));
         QVERIFY(!question.timer1ActiveWhileOpen);
         // Retry: sent again at once, counters restart, the busy dialog comes back.

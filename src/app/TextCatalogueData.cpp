@@ -480,6 +480,15 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {1738, u"Change Prm 45 with this Change?"},
     {1739, u"Parameter 1-45 Connect"},
     {1740, u"Parameter 45 is Changed to the Below Value  "},
+    {1741, u"No answer to '%1' from axis %2 at %3 baud on %4 after %5 re-sends."},
+    {1742, u"The reply to '%1' from axis %2 at %3 baud on %4 cannot be read: %5"},
+    {1743,
+     u"Check the cable, the axis number and the baud rate, then choose Retry; Cancel stops the "
+     u"request."},
+    {1744,
+     u"Noise on the line or another drive answering garbles a reply: choose Retry to ask again; "
+     u"Cancel stops the request and the real-time monitor."},
+    {1745, u"No answer to '%1' from axis %2 at %3 baud on %4."},
     {1770, u"Drive: %1"},
     {1771, u"axis %1 (%2)"},
     {1772, u"none (not read from a drive)"},
@@ -1109,6 +1118,16 @@ const std::pair<int, const char16_t*> kTexts[] = {
     {2738, u"この変更に連動してパラメータ４５を変更しますか？"},
     {2739, u"パラメータ１と４５の連動"},
     {2740, u"パラメータ４５を以下の値に変更しました"},
+    {2741, u"軸%2（%3 bps、%4）から「%1」への応答がありません（再送%5回）。"},
+    {2742, u"軸%2（%3 bps、%4）からの「%1」への応答を読み取れません：%5"},
+    {2743,
+     u"ケーブル、軸番号、ボーレートを確認して［再試行］を押してください。"
+     u"［キャンセル］で要求を中止します。"},
+    {2744,
+     u"回線のノイズや別のドライブの応答で応答が乱れることがあります。"
+     u"［再試行］でもう一度要求します。"
+     u"［キャンセル］で要求とリアルタイムモニタを止めます。"},
+    {2745, u"軸%2（%3 bps、%4）から「%1」への応答がありません。"},
     {2770, u"ドライブ: %1"},
     {2771, u"軸%1 (%2)"},
     {2772, u"なし (ドライブから読み出していません)"},

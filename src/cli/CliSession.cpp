@@ -4,10 +4,12 @@
 #include "app/TextCatalogue.h"
 #include "app/TransportFactory.h"
 #include "link/FrameTrace.h"
+#include "link/LinkFailure.h"
 #include "link/WireFormat.h"
 #include "params/ParamCatalogue.h"
 #include "shared/SafeFileWrite.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 
 #include <cstdio>
@@ -119,6 +121,27 @@ ExitCode CliSession::exec() {
     if (!done_ && !failed_) {
         QEventLoop loop;
         loop_ = &loop;
+        // Every wait ends. A supervised command ends by its re-sends and the failure; whatever
+        // else the run waits for (a command sent unsupervised while an alarm is pending, a
+        // chain the drive stopped answering) gets as long as those rules would give it.
+        QElapsedTimer quiet;
+        quiet.start();
+        quint64 taken = engine_.dispatcher().taken();
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, this, [this, &quiet, &taken] {
+            const LinkState& s = global_.Link;
+            // A capture waits for its trigger under a deadline of its own.
+            if (s.AwaitingReply || s.WaveState != 0 || engine_.dispatcher().taken() != taken) {
+                taken = engine_.dispatcher().taken();
+                quiet.restart();
+                return;
+            }
+            const qint64 budget = qint64{engine_.sender().waitLimit() + 1} *
+                                  (CommandSender::MaxResends + 1) * engine_.pollIntervalMs();
+            if (quiet.elapsed() > budget)
+                fail(ExitCode::LinkFailure, unansweredLine());
+        });
+        watch.start(engine_.pollIntervalMs());
         loop.exec();
         loop_ = nullptr;
     }
@@ -136,13 +159,25 @@ void CliSession::finish(ExitCode code) {
         loop_->quit();
 }
 
+QString CliSession::unansweredLine() const {
+    const LinkState& s = global_.Link;
+    return en(1704) + QStringLiteral(": ") +
+           en(1745)
+               .arg(linkfailure::request(engine_))
+               .arg(s.AxisNumber)
+               .arg(s.BaudRate, engine_.device());
+}
+
 void CliSession::fail(ExitCode code, const QString& line) {
     if (failed_)
         return;
     endProgress();
     QString message = line;
     const LinkState& s = global_.Link;
-    if (code == ExitCode::LinkFailure) {
+    const QString device = engine_.device();
+    if (code == ExitCode::LinkFailure && !device.isEmpty() && line.contains(device)) {
+        message += QLatin1Char(' ') + en(1920);
+    } else if (code == ExitCode::LinkFailure) {
         message += QStringLiteral(" (%1, axis %2, %3 baud). ")
                        .arg(engine_.device())
                        .arg(s.AxisNumber)

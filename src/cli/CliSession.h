@@ -86,6 +86,9 @@ public:
     void endProgress();
 
 private:
+    // The link failure of a wait nothing else ends: which request, axis, rate and device.
+    [[nodiscard]] QString unansweredLine() const;
+
     Global global_;
     ConsoleLinkUi ui_;
     LinkEngine engine_;

@@ -31,7 +31,9 @@ void ConsoleLinkUi::showError(const QString& text, const QString& caption) {
 }
 
 bool ConsoleLinkUi::askRetry(const QString& text, const QString& /*caption*/) {
-    fail(ExitCode::LinkFailure, text);
+    // The advice after the blank line is about the Retry and Cancel buttons, which a script
+    // does not have; the session adds its own.
+    fail(ExitCode::LinkFailure, text.section(QStringLiteral("\n\n"), 0, 0));
     return false;
 }
 

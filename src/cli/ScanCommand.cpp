@@ -2,6 +2,7 @@
 #include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
+#include "link/ReplyFields.h"
 #include "link/WireFormat.h"
 
 #include <QSet>
@@ -30,13 +31,11 @@ public:
     Scan(CliSession& session, int marginMs) : session_(session), marginMs_(marginMs) {
         timer_.setSingleShot(true);
         connect(&timer_, &QTimer::timeout, this, &Scan::next);
-        connect(&session_.params(), &ParamTransfer::identified, this,
-                [this](int version) { version_ = version; });
     }
 
     ExitCode run() {
-        // Told after the dispatcher has handled the reply, with the reply's own axis: a late
-        // answer of the axis before still counts, at the rate the port is open at.
+        // Read here, with the reply's own axis: a late answer of the axis before still counts,
+        // at the rate the port is open at, though the link no longer takes it as an answer.
         connect(session_.engine().transport(), &Transport::replyReceived, this,
                 [this](const QString& text) { onReply(text); });
         rateIndex_ = 0;
@@ -74,7 +73,6 @@ private:
         session_.progress(QStringLiteral("scan: axis %1 at %2 baud").arg(axis_).arg(baud()));
         LinkState& s = session_.link();
         s.AxisNumber = axis_;
-        version_.reset();
         session_.engine().SendCommand(wire::axisCharacter(axis_) + QStringLiteral("PR77"));
         const double lineMs =
             (ProbeCharacters + ReplyCharacters) * BitsPerCharacter * 1000 / baud();
@@ -82,13 +80,15 @@ private:
     }
 
     void onReply(const QString& text) {
-        if (!version_ || wire::codeOf(text) != QLatin1String("PR") || text.isEmpty())
+        if (wire::codeOf(text) != QLatin1String("PR"))
             return;
+        ReplyFields fields(text, ReplyFields::Missing::ReadAsZero);
+        const QString field = fields.field(0, 8);
         bool ok = false;
         const int axis = QString(text.at(0)).toInt(&ok, 16);
-        const int version = *version_;
-        version_.reset();
-        if (!ok || axis > PortSearch::LastAxis || found_.contains({axis, baud()}))
+        const int version = HexToLong(field);
+        if (!ok || !fields.ok() || field.isEmpty() || axis > PortSearch::LastAxis ||
+            found_.contains({axis, baud()}))
             return;
         found_.insert({axis, baud()});
         session_.endProgress();
@@ -109,7 +109,6 @@ private:
     QTimer timer_;
     int rateIndex_ = 0;
     int axis_ = -1;
-    std::optional<int> version_;
     QSet<QPair<int, int>> found_;
 };
 

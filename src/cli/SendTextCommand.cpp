@@ -19,9 +19,10 @@ ExitCode sendText(CliSession& session, const CliArgs& args) {
         return opened;
     LinkEngine& engine = session.engine();
     // Told after the dispatcher: an error reply has already ended the run with its message.
+    // A reply that does not answer the text (another axis, another code) is not its answer.
     QObject::connect(engine.transport(), &Transport::replyReceived, &session,
-                     [&session](const QString& reply) {
-                         if (session.failed())
+                     [&session, text](const QString& reply) {
+                         if (session.failed() || !wire::answers(reply, text))
                              return;
                          CliSession::out(reply);
                          session.finish();

@@ -2,20 +2,23 @@
 
 #include "app/DriveRules.h"
 #include "link/LinkEngine.h"
+#include "link/ReplyFields.h"
 #include "link/TableChain.h"
 #include "link/WireFormat.h"
 #include "shared/ComTables.h"
 #include "shared/LinkState.h"
 
+#include <array>
+#include <optional>
+
 namespace velora {
 
 namespace {
 
-// Reply text: axis character, two-letter code, then the data. The "ca" reply holds the ten
+// Payload offsets (after the axis character and the code). The "ca" reply holds the ten
 // velocities (4 digits and a separator each), the ten ATCs (8 digits and a separator), and the
 // torques No.0-7 (4 digits and a separator); torque No.0 is the drive's own and not read.
-constexpr int DataStart = 3;
-constexpr int VelocityStart = DataStart;
+constexpr int VelocityStart = 0;
 constexpr int AtcStart = VelocityStart + 10 * 5;
 constexpr int TorqueStart = AtcStart + 10 * 9;
 
@@ -92,6 +95,10 @@ bool ComTransfer::writeChanged() {
 }
 
 ReplyStatus ComTransfer::OnComAll(const QString& text) {
+    // Taken whole or not at all: a reply cut short or with a field that is not a number would
+    // put values into the table the drive does not hold.
+    ReplyFields fields(text, ReplyFields::Missing::Malformed);
+    std::array<std::optional<qint32>, ComTables::CellCount> values{};
     for (int k = 0; k < ComTables::CellCount; ++k) {
         int start = 0;
         int digits = 4;
@@ -109,8 +116,13 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
             case ComTables::Column::None:
                 continue;
         }
-        // Missing or non-hex fields read as 0.
-        tables_.setValue(k, HexToLong(text.mid(start, digits)));
+        values[static_cast<std::size_t>(k)] = fields.number(start, digits);
+    }
+    if (!fields.ok())
+        return ReplyStatus::Malformed;
+    for (int k = 0; k < ComTables::CellCount; ++k) {
+        if (const auto& value = values[static_cast<std::size_t>(k)])
+            tables_.setValue(k, *value);
     }
     tables_.ComChanged.fill(false);
     tables_.Origin = driverules::currentDrive(engine_);
@@ -157,10 +169,12 @@ ReplyStatus ComTransfer::OnEntryRead(const QString& text, int digits) {
         return ReplyStatus::Handled;
     }
     const int k = tables_.ComIndex;
-    if (ComTables::column(k) == ComTables::Column::None || text.size() <= DataStart)
+    ReplyFields fields(text, ReplyFields::Missing::Malformed);
+    const qint32 value = fields.number(0, digits);
+    if (ComTables::column(k) == ComTables::Column::None || !fields.ok())
         return ReplyStatus::Malformed;
     chain_ = Chain::ReadEach;
-    tables_.setValue(k, HexToLong(text.mid(DataStart, digits)));
+    tables_.setValue(k, value);
     int next = k + 1;
     if (next == ComTables::NoCell)
         next = ComTables::FirstTorqueCell;

@@ -3,6 +3,7 @@
 #include "app/TextCatalogue.h"
 #include "link/CommandCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/LinkFailure.h"
 #include "link/LinkUi.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
@@ -99,8 +100,8 @@ void CommandSender::communicationFailure() {
     engine_.pauseTimer1();
     if (s.BusyDialogShown)
         engine_.HideDialog();
-    const bool retry = engine_.askRetry(TextCatalogue::text(s.LanguageId, 1704),
-                                        TextCatalogue::text(s.LanguageId, 1705));
+    const bool retry =
+        engine_.askRetry(linkfailure::noAnswer(engine_), TextCatalogue::text(s.LanguageId, 1705));
     if (retry) {
         s.RetryCount = 0;
         s.TickCount = 0;

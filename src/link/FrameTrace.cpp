@@ -23,13 +23,13 @@ void FrameTrace::recordSent(const QString& text) {
     record(Direction::Sent, text, -1, now);
 }
 
-void FrameTrace::recordReceived(const QString& text) {
+void FrameTrace::recordReceived(const QString& text, bool dropped) {
     const qint64 now = nowUs();
-    record(Direction::Received, text, lastSentUs_ < 0 ? -1 : now - lastSentUs_, now);
+    record(Direction::Received, text, lastSentUs_ < 0 ? -1 : now - lastSentUs_, now, dropped);
 }
 
-void FrameTrace::record(Direction direction, const QString& text, qint64 sinceRequestUs,
-                        qint64 now) {
+void FrameTrace::record(Direction direction, const QString& text, qint64 sinceRequestUs, qint64 now,
+                        bool dropped) {
     ++recorded_;
     // The ring overwrites its oldest slot; QString's shared data makes the copy cheap.
     Entry& slot = ring_[static_cast<std::size_t>((recorded_ - 1) % ring_.size())];
@@ -38,6 +38,7 @@ void FrameTrace::record(Direction direction, const QString& text, qint64 sinceRe
     slot.text = text;
     slot.sinceRequestUs = sinceRequestUs;
     slot.sequence = recorded_;
+    slot.dropped = dropped;
     if (listener_)
         listener_(slot);
 }
@@ -65,7 +66,8 @@ QString FrameTrace::formatLine(const Entry& entry) {
     const QString since = entry.sinceRequestUs < 0
                               ? QString()
                               : QStringLiteral(" (+%1 us)").arg(entry.sinceRequestUs);
-    return QStringLiteral("%1 < %2%3").arg(entry.timeUs, 12).arg(entry.text, since);
+    const QString dropped = entry.dropped ? QStringLiteral(" dropped") : QString();
+    return QStringLiteral("%1 < %2%3%4").arg(entry.timeUs, 12).arg(entry.text, since, dropped);
 }
 
 bool FrameTrace::isPolling(const Entry& entry) {

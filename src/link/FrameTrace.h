@@ -23,6 +23,8 @@ public:
         // For a reply: microseconds since the last frame written, -1 when none was.
         qint64 sinceRequestUs = -1;
         quint64 sequence = 0;  // 1 for the first entry ever recorded
+        // A reply that did not answer the command outstanding, and was not taken.
+        bool dropped = false;
     };
 
     static constexpr int DefaultCapacity = 10000;
@@ -31,7 +33,7 @@ public:
     Q_DISABLE_COPY_MOVE(FrameTrace)
 
     void recordSent(const QString& text);
-    void recordReceived(const QString& text);
+    void recordReceived(const QString& text, bool dropped = false);
 
     // Entries still held whose sequence is above `after`, oldest first (0: all of them).
     [[nodiscard]] std::vector<Entry> entriesAfter(quint64 after) const;
@@ -47,13 +49,15 @@ public:
     }
 
     // One line of a trace file or of the trace window:
-    // "<time us> > <text>" for a command, "<time us> < <text> (+<us> us)" for a reply.
+    // "<time us> > <text>" for a command, "<time us> < <text> (+<us> us)" for a reply, with
+    // " dropped" after a reply that was not taken.
     [[nodiscard]] static QString formatLine(const Entry& entry);
     // Polling codes (lower case) are the monitor's and the wave's chatter.
     [[nodiscard]] static bool isPolling(const Entry& entry);
 
 private:
-    void record(Direction direction, const QString& text, qint64 sinceRequestUs, qint64 now);
+    void record(Direction direction, const QString& text, qint64 sinceRequestUs, qint64 now,
+                bool dropped = false);
     [[nodiscard]] qint64 nowUs() const;
 
     std::chrono::steady_clock::time_point start_;

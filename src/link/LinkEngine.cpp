@@ -92,7 +92,7 @@ void LinkEngine::sendPoll() {
 
 void LinkEngine::DispatchReply(const QString& text) {
     if (trace_)
-        trace_->recordReceived(text);
+        trace_->recordReceived(text, !dispatcher_.answersLastCommand(text));
     dispatcher_.DispatchReply(text);
 }
 

@@ -3,6 +3,7 @@
 #include "app/TextCatalogue.h"
 #include "link/CommandCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/LinkFailure.h"
 #include "link/LinkUi.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
@@ -21,8 +22,25 @@ void ReplyDispatcher::unregisterHandler(const QString& code) {
     handlers_.remove(code);
 }
 
+bool ReplyDispatcher::answersLastCommand(const QString& text) const {
+    const LinkState& s = engine_.state();
+    if (wire::answers(text, s.LastCommand))
+        return true;
+    // Once a capture is armed the drive sends the trigger and the record by itself.
+    const QString code = wire::codeOf(text);
+    return s.WaveState != 0 && (code == QLatin1String("wr") || code == QLatin1String("wd")) &&
+           !s.LastCommand.isEmpty() && text.front().toUpper() == s.LastCommand.front().toUpper();
+}
+
 void ReplyDispatcher::DispatchReply(const QString& text) {
     LinkState& s = engine_.state();
+    // A stale reply, one to an earlier command or one from another axis would otherwise end
+    // the wait for the real answer, or be stored as the data of the wrong drive.
+    if (!answersLastCommand(text)) {
+        s.ReceiveBuffer.clear();
+        return;
+    }
+    ++taken_;
     s.ReplyCode = wire::codeOf(text);
     if (!wire::isPollingCode(s.ReplyCode) || s.EchoPolls)
         engine_.ui().setComText(1, text);
@@ -35,7 +53,7 @@ void ReplyDispatcher::DispatchReply(const QString& text) {
     if (s.ReplyCode != QLatin1String("ER"))
         refusedPoll_.clear();
     if (route(s.ReplyCode, text) == ReplyStatus::Malformed)
-        malformedReply();
+        malformedReply(text);
     s.ReceiveBuffer.clear();
 }
 
@@ -146,14 +164,14 @@ QString ReplyDispatcher::ExecutionFailureDetail() const {
     return QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, reason);
 }
 
-void ReplyDispatcher::malformedReply() {
+void ReplyDispatcher::malformedReply(const QString& text) {
     LinkState& s = engine_.state();
     Transport* transport = engine_.transport();
     const bool usb = transport && transport->backEnd() == BackEnd::UsbSerial;
     engine_.pauseTimer1();
     if (usb)
         transport->clearReceiveSpool();
-    const bool retry = engine_.askRetry(TextCatalogue::text(s.LanguageId, 1704),
+    const bool retry = engine_.askRetry(linkfailure::unreadableReply(engine_, text),
                                         TextCatalogue::text(s.LanguageId, 1705));
     if (retry) {
         s.RetryCount = 0;

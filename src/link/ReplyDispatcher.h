@@ -26,13 +26,19 @@ public:
     void registerHandler(const QString& code, Handler handler);
     void unregisterHandler(const QString& code);
 
+    // Handles a reply that answers the last command sent; any other is dropped unseen.
     void DispatchReply(const QString& text);
+    // From the axis that was asked, with the code asked for or an error reply (or a capture's
+    // trigger and record while one is armed).
+    [[nodiscard]] bool answersLastCommand(const QString& text) const;
+    // How many replies were taken so far: whoever waits sees the link make progress.
+    [[nodiscard]] quint64 taken() const { return taken_; }
     void ErrorReply(const QString& text);
     // The reason line for a command the drive could not carry out, from its last status word.
     [[nodiscard]] QString ExecutionFailureDetail() const;
     // The failure for a reply that cannot be processed: Retry re-sends the last command, Cancel
     // switches the real-time monitor off.
-    void malformedReply();
+    void malformedReply(const QString& text);
 
 private:
     [[nodiscard]] ReplyStatus route(const QString& code, const QString& text);
@@ -42,6 +48,7 @@ private:
     // The error reply to the monitor poll the user has just dismissed, until any other reply
     // comes. The same refusal once more would only bring the same box back forever.
     QString refusedPoll_;
+    quint64 taken_ = 0;
 };
 
 }  // namespace velora

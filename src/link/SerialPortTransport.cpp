@@ -53,6 +53,11 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
         port_.close();
         return result;
     }
+    // What waits in the port from before (a late reply to the last run's command) answers
+    // nothing this run asks; the USB adapter's spool is cleared the same way.
+    if (!port_.clear(QSerialPort::Input))
+        port_.clearError();
+    state().ReceiveBuffer.clear();
     result.ok = true;
     return result;
 }

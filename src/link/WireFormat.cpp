@@ -41,6 +41,14 @@ bool isBroadcast(const QString& text, int axisNumber) {
     return axisNumber == AllAxes || text.startsWith(QLatin1Char('f'), Qt::CaseInsensitive);
 }
 
+bool answers(const QString& reply, const QString& command) {
+    if (command.isEmpty() || reply.size() < 3 ||
+        reply.front().toUpper() != command.front().toUpper())
+        return false;
+    const QString code = codeOf(reply);
+    return code == codeOf(command) || code == QLatin1String("ER");
+}
+
 }  // namespace wire
 
 namespace {

@@ -39,6 +39,10 @@ enum class TextCheck { Ok, TooLong, BadCharacter };
 // Addressed to every drive: axis 15 configured, or the text starts with "f"/"F".
 [[nodiscard]] bool isBroadcast(const QString& text, int axisNumber);
 
+// The reply comes from the axis the command addressed, with the command's code or as an error
+// reply ("ER").
+[[nodiscard]] bool answers(const QString& reply, const QString& command);
+
 }  // namespace wire
 
 // Reads a reply field: 1-4 digits as a signed 16-bit number, 5-8 digits as a signed 32-bit

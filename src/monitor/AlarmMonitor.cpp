@@ -2,7 +2,7 @@
 
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
-#include "link/WireFormat.h"
+#include "link/ReplyFields.h"
 #include "shared/LinkState.h"
 
 namespace velora {
@@ -17,15 +17,6 @@ const QString kHistoryClear = QStringLiteral("HC");
 constexpr int kHeaderLength = 3;
 constexpr int kMaskWidth = 2;
 constexpr int kEntryWidth = 2;
-
-bool isHex(const QString& text) {
-    for (const QChar c : text) {
-        const char16_t u = c.unicode();
-        if (!((u >= '0' && u <= '9') || (u >= 'A' && u <= 'F') || (u >= 'a' && u <= 'f')))
-            return false;
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -51,22 +42,23 @@ AlarmMonitor::~AlarmMonitor() {
 }
 
 std::optional<AlarmData> AlarmMonitor::decode(const QString& reply) {
-    const QString payload = reply.mid(kHeaderLength);
-    const QString mask = payload.left(kMaskWidth);
-    if (!isHex(mask))
-        return std::nullopt;
+    // A short reply leaves the entries it does not reach empty.
+    ReplyFields fields(reply, ReplyFields::Missing::ReadAsZero);
     AlarmData data;
-    data.NowAlarm = static_cast<quint8>(HexToLong(mask));
+    data.NowAlarm = static_cast<quint8>(fields.number(0, kMaskWidth));
+    const int payloadLength = static_cast<int>(reply.size()) - kHeaderLength;
     for (int i = 0; i < AlarmData::HistoryLength; ++i) {
         // Only the second character of an entry holds the alarm number.
         const int at = kMaskWidth + i * kEntryWidth + 1;
-        if (at >= payload.size())
+        if (at >= payloadLength)
             break;
-        const int number = payload.at(at).digitValue();
-        if (number < 0 || number > AlarmData::AlarmCount)
+        const int number = fields.digit(at);
+        if (number > AlarmData::AlarmCount)
             return std::nullopt;
         data.AlarmHistory[static_cast<size_t>(i)] = static_cast<qint16>(number);
     }
+    if (!fields.ok())
+        return std::nullopt;
     return data;
 }
 

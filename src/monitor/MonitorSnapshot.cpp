@@ -1,50 +1,35 @@
 #include "monitor/MonitorSnapshot.h"
 
-#include "link/WireFormat.h"
+#include "link/ReplyFields.h"
 
 namespace velora {
 
 namespace {
 
-// Characters before the payload: axis character and the two-letter code.
-constexpr int kHeaderLength = 3;
-
-// Reads the fixed-width fields of a payload by their 1-based positions.
+// Reads the payload's fields by their 1-based positions; a short reply reads as zeros.
 class FieldReader {
 public:
-    explicit FieldReader(const QString& payload) : payload_(payload) {}
+    explicit FieldReader(const QString& reply) : fields_(reply, ReplyFields::Missing::ReadAsZero) {}
 
-    // The field's characters; a short payload gives a shorter or empty field.
-    [[nodiscard]] QString field(int position, int width) {
-        const QString text = payload_.mid(position - 1, width);
-        for (const QChar c : text) {
-            if (!isHexDigit(c))
-                ok_ = false;
-        }
-        return text;
-    }
     [[nodiscard]] qint32 number(int position, int width) {
-        return HexToLong(field(position, width));
+        return fields_.number(position - 1, width);
+    }
+    [[nodiscard]] qint32 unsigned32(int position, int width) {
+        return fields_.unsigned32(position - 1, width);
     }
     [[nodiscard]] double hundredths(int position, int width) {
         return number(position, width) / 100.0;
     }
-    [[nodiscard]] bool ok() const { return ok_; }
+    [[nodiscard]] bool ok() const { return fields_.ok(); }
 
 private:
-    static bool isHexDigit(QChar c) {
-        const char16_t u = c.unicode();
-        return (u >= '0' && u <= '9') || (u >= 'A' && u <= 'F') || (u >= 'a' && u <= 'f');
-    }
-
-    QString payload_;
-    bool ok_ = true;
+    ReplyFields fields_;
 };
 
 }  // namespace
 
 std::optional<MonitorSnapshot> MonitorSnapshot::decode(const QString& reply, bool withTorquePeak) {
-    FieldReader r(reply.mid(kHeaderLength));
+    FieldReader r(reply);
     MonitorSnapshot m;
     m.NowPosition = r.number(1, 8);
     m.PositionCommand = r.number(9, 8);
@@ -59,7 +44,7 @@ std::optional<MonitorSnapshot> MonitorSnapshot::decode(const QString& reply, boo
     m.TorqueLimit = r.hundredths(51, 4);
     m.DecZPulse = r.number(55, 8);
     m.IoWord = static_cast<quint16>(r.number(63, 4));
-    m.StatusWord = static_cast<quint32>(HexToLong32(r.field(67, 4)));
+    m.StatusWord = static_cast<quint32>(r.unsigned32(67, 4));
     m.AlarmCode = r.number(71, 2);
     // Positions 73-91 carry nothing this program shows.
     if (withTorquePeak)

@@ -3,11 +3,14 @@
 #include "app/DriveRules.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/ReplyFields.h"
 #include "link/WireFormat.h"
 #include "params/ParamCatalogue.h"
 #include "shared/LinkState.h"
 #include "shared/ParamTables.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 
 namespace velora {
@@ -98,15 +101,19 @@ void ParamTransfer::readEach() {
 }
 
 ReplyStatus ParamTransfer::OnParamAll(const QString& text) {
-    // A reply that lost characters would shift every later field: take none of it.
+    // A reply that lost characters would shift every later field: take none of it, nor of one
+    // with a field that is not a number.
     if (text.size() < DataStart + ParamTables::Count * FieldWidth)
         return ReplyStatus::Malformed;
-    for (int n = 0; n < ParamTables::Count; ++n) {
-        const auto i = static_cast<std::size_t>(n);
-        // Stored as received: the drive's values are not clamped to the host's ranges.
-        tables_.ParamValue[i] = HexToLong(text.mid(DataStart + FieldWidth * n, FieldDigits));
-        tables_.ParamChanged[i] = false;
-    }
+    ReplyFields fields(text, ReplyFields::Missing::Malformed);
+    std::array<qint32, ParamTables::Count> values{};
+    for (int n = 0; n < ParamTables::Count; ++n)
+        values[static_cast<std::size_t>(n)] = fields.number(FieldWidth * n, FieldDigits);
+    if (!fields.ok())
+        return ReplyStatus::Malformed;
+    // Stored as received: the drive's values are not clamped to the host's ranges.
+    std::copy(values.begin(), values.end(), tables_.ParamValue.begin());
+    tables_.ParamChanged.fill(false);
     tables_.Origin = driverules::currentDrive(engine_);
     emit valuesRefreshed();
     engine_.HideDialog();
@@ -128,8 +135,9 @@ ReplyStatus ParamTransfer::OnParamRead(const QString& text) {
         engine_.EnableControls(true);
         return ReplyStatus::Handled;
     }
-    const QString field = text.mid(DataStart, FieldDigits);
-    if (field.isEmpty() || !isParamNumber(ParamIndex))
+    ReplyFields fields(text, ReplyFields::Missing::ReadAsZero);
+    const QString field = fields.field(0, FieldDigits);
+    if (!fields.ok() || field.isEmpty() || !isParamNumber(ParamIndex))
         return ReplyStatus::Malformed;
     tables_.ParamValue[static_cast<std::size_t>(ParamIndex)] = HexToLong(field);
     emit valueRefreshed(ParamIndex);
@@ -144,10 +152,11 @@ ReplyStatus ParamTransfer::OnParamRead(const QString& text) {
 }
 
 ReplyStatus ParamTransfer::identify(const QString& text) {
-    const QString field = text.mid(DataStart, FieldDigits);
+    ReplyFields fields(text, ReplyFields::Missing::ReadAsZero);
+    const QString field = fields.field(0, FieldDigits);
     const qint32 version = HexToLong(field);
     // The version is kept as a 16-bit number; anything wider is not a version.
-    if (field.isEmpty() || version < std::numeric_limits<qint16>::min() ||
+    if (!fields.ok() || field.isEmpty() || version < std::numeric_limits<qint16>::min() ||
         version > std::numeric_limits<qint16>::max()) {
         return ReplyStatus::Malformed;
     }

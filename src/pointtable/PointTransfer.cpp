@@ -3,17 +3,18 @@
 #include "app/DriveRules.h"
 #include "app/TextCatalogue.h"
 #include "link/LinkEngine.h"
+#include "link/ReplyFields.h"
 #include "link/TableChain.h"
 #include "link/WireFormat.h"
 #include "shared/LinkState.h"
 #include "shared/PointTables.h"
 
+#include <array>
+
 namespace velora {
 
 namespace {
 
-// Reply text: axis character, two-letter code, then the data.
-constexpr int DataStart = 3;
 // A point block: ModeWord (4 digits), Position (8), Velocity (1), AccConst (1), WaitTime (4),
 // each followed by a separator nobody reads.
 constexpr int BlockWidth = 23;
@@ -24,6 +25,18 @@ constexpr int WaitTimeOffset = 18;
 
 const QString PointCodes[] = {QStringLiteral("ta"), QStringLiteral("TR"), QStringLiteral("TW"),
                               QStringLiteral("TT")};
+
+// One point block from a 0-based payload offset.
+PointEntry decodeBlock(ReplyFields& fields, int start) {
+    PointEntry e;
+    e.ModeWord = static_cast<qint16>(fields.number(start, 4));
+    UnpackModeWord(e);
+    e.Position = fields.number(start + PositionOffset, 8);
+    e.Velocity = static_cast<quint8>(fields.number(start + VelocityOffset, 1));
+    e.AccConst = static_cast<quint8>(fields.number(start + AccConstOffset, 1));
+    e.WaitTime = fields.unsigned32(start + WaitTimeOffset, 4);
+    return e;
+}
 
 }  // namespace
 
@@ -80,22 +93,17 @@ bool PointTransfer::WriteChangedPoints() {
     return true;
 }
 
-void PointTransfer::storeBlock(int point, const QString& text, int start) {
-    PointEntry& e = tables_.PointTable.at(static_cast<std::size_t>(point));
-    e.ModeWord = static_cast<qint16>(HexToLong(text.mid(start, 4)));
-    UnpackModeWord(e);
-    e.Position = HexToLong(text.mid(start + PositionOffset, 8));
-    e.Velocity = static_cast<quint8>(HexToLong(text.mid(start + VelocityOffset, 1)));
-    e.AccConst = static_cast<quint8>(HexToLong(text.mid(start + AccConstOffset, 1)));
-    e.WaitTime = HexToLong32(text.mid(start + WaitTimeOffset, 4));
-}
-
 ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
-    // Taken whole whatever state the link is in; missing blocks read as points of zeros.
-    for (int p = 0; p < PointTables::Count; ++p) {
-        storeBlock(p, text, DataStart + BlockWidth * p);
-        tables_.PointChanged[static_cast<std::size_t>(p)] = false;
-    }
+    // Taken whole whatever state the link is in, or not at all: a reply cut short or with a
+    // field that is not a number would put points into the table the drive does not hold.
+    ReplyFields fields(text, ReplyFields::Missing::Malformed);
+    std::array<PointEntry, PointTables::Count> points{};
+    for (int p = 0; p < PointTables::Count; ++p)
+        points[static_cast<std::size_t>(p)] = decodeBlock(fields, BlockWidth * p);
+    if (!fields.ok())
+        return ReplyStatus::Malformed;
+    tables_.PointTable = points;
+    tables_.PointChanged.fill(false);
     tables_.Origin = driverules::currentDrive(engine_);
     emit tableRefreshed();
     tablechain::endTableRead(engine_, tables_.PointTableValid, link_.PointTransferActive, [this] {
@@ -111,10 +119,12 @@ ReplyStatus PointTransfer::OnPointRead(const QString& text) {
         return ReplyStatus::Handled;
     }
     const int p = tables_.PointTransferIndex;
-    if (p < 0 || p >= PointTables::Count || text.size() <= DataStart)
+    ReplyFields fields(text, ReplyFields::Missing::Malformed);
+    const PointEntry entry = decodeBlock(fields, 0);
+    if (p < 0 || p >= PointTables::Count || !fields.ok())
         return ReplyStatus::Malformed;
     chain_ = Chain::ReadEach;
-    storeBlock(p, text, DataStart);
+    tables_.PointTable[static_cast<std::size_t>(p)] = entry;
     // The next request goes out first: the window catches up while it is on the line.
     if (p < PointTables::Count - 1) {
         tables_.PointTransferIndex = p + 1;

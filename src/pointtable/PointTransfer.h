@@ -54,7 +54,6 @@ private:
     [[nodiscard]] ReplyStatus OnPointRead(const QString& text);
     [[nodiscard]] ReplyStatus OnPointWritten();
     [[nodiscard]] bool chainRunning(Chain chain) const;
-    void storeBlock(int point, const QString& text, int start);
     void start(Chain chain, const QString& command);
     void finish(Chain chain);
 

@@ -2,7 +2,7 @@
 
 #include "link/LinkEngine.h"
 #include "link/LinkUi.h"
-#include "link/WireFormat.h"
+#include "link/ReplyFields.h"
 #include "shared/Global.h"
 
 namespace velora {
@@ -13,21 +13,6 @@ const QString kWm = QStringLiteral("wm");
 const QString kWr = QStringLiteral("wr");
 const QString kWd = QStringLiteral("wd");
 const QString kWq = QStringLiteral("wq");
-// Axis character and code before the payload.
-constexpr int kPayloadStart = 3;
-
-// A four-digit hex field as a signed 16-bit value; a missing field reads as 0, as the drive's
-// record is taken unchecked.
-qint16 signedField(const QString& reply, int start) {
-    return static_cast<qint16>(HexToLong(reply.mid(start, 4)));
-}
-
-quint16 logicField(const QString& reply, int at) {
-    // A character that is not a digit reads as a low level; of a digit only bit 0 is the level,
-    // as the display draws it, so the store holds nothing but 0 and 1.
-    const QChar c = at < reply.size() ? reply.at(at) : QChar();
-    return c.isDigit() && c.unicode() < 128 ? static_cast<quint16>(c.digitValue() & 1) : quint16(0);
-}
 
 }  // namespace
 
@@ -92,13 +77,24 @@ ReplyStatus WaveCapture::OnWrReply(const QString&) {
 }
 
 ReplyStatus WaveCapture::OnWdReply(const QString& reply) {
-    WaveStore& store = global_.Wave;
+    // A record cut short reads as zeros where it ends, as the drive's record is taken
+    // unchecked; a field that is not a number spoils the record.
+    ReplyFields fields(reply, ReplyFields::Missing::ReadAsZero);
+    WaveStore::Record samples{};
+    WaveStore::LogicRecord logic{};
     for (int i = 0; i < WaveStore::SampleCount; ++i) {
-        const int at = kPayloadStart + SampleWidth * i;
+        const int at = SampleWidth * i;
         const auto n = static_cast<std::size_t>(i);
-        store.WaveSamples[0][n] = {signedField(reply, at), signedField(reply, at + 4)};
-        store.WaveLogic[0][n] = logicField(reply, at + 8);
+        samples[n] = {static_cast<qint16>(fields.number(at, 4)),
+                      static_cast<qint16>(fields.number(at + 4, 4))};
+        // Of the level's digit only bit 0 is the level, as the display draws it.
+        logic[n] = static_cast<quint16>(fields.digit(at + 8) & 1);
     }
+    if (!fields.ok())
+        return ReplyStatus::Malformed;
+    WaveStore& store = global_.Wave;
+    store.WaveSamples[0] = samples;
+    store.WaveLogic[0] = logic;
     engine_.ui().setWaveCancelEnabled(true);
     store.shiftSlots();
     emit recordReceived();

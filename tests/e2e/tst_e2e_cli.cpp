@@ -75,6 +75,11 @@ QByteArray edited(QByteArray text, const QMap<int, qint32>& values, int firstLin
     return lines.join('\n');
 }
 
+// A command line written as one string.
+QStringList words(const char* line) {
+    return QString::fromLatin1(line).split(QLatin1Char(' '));
+}
+
 QByteArray readAll(const QString& path) {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
@@ -99,10 +104,13 @@ QList<qint32> flat(const sim::DriveTables& t) {
 
 using TableEdit = std::function<void(sim::DriveTables&)>;
 using LineValues = QMap<int, qint32>;
+// Prepares a line (faults, files) before the run, and looks at it afterwards.
+using RigStep = std::function<void(CliRig&)>;
 
 }  // namespace
 
 Q_DECLARE_METATYPE(TableEdit)
+Q_DECLARE_METATYPE(RigStep)
 
 class TestE2eCli : public QObject {
     Q_OBJECT
@@ -249,6 +257,105 @@ private slots:
         QVERIFY(rig.out[0].startsWith(QStringLiteral("Now Position,Position Com.,")));
         for (const QString& line : rig.out)
             QCOMPARE(line.count(QLatin1Char(',')), 12 + 16 + 1);
+    }
+
+    // Replies that must not be taken as the answer: each run ends on its own, with the drive
+    // holding what was written and no file made of a reply that could not be read.
+    void repliesThatDoNotAnswer_data() {
+        QTest::addColumn<QList<int>>("axes");
+        QTest::addColumn<RigStep>("fault");
+        QTest::addColumn<QString>("args");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<RigStep>("check");
+        const auto fromFile = [](const char* read, const char* file, LineValues lines, int first) {
+            return [=](CliRig& rig) {
+                const QString in = rig.path(QStringLiteral("in"));
+                QCOMPARE(rig.run(words(read) << in), 0);
+                writeAll(rig.path(QLatin1String(file)), edited(readAll(in), lines, first));
+            };
+        };
+        const RigStep noFile = [](CliRig& rig) { QVERIFY(!QFile::exists(rig.path("out.tbl"))); };
+        const QString readPoints = QStringLiteral("points read -o out.tbl");
+        const QString cannotRead =
+            QStringLiteral("The reply to 'ta' from axis 0 at 9600 baud on /");
+        QTest::newRow("stale reply of the run before") << QList<int>{0} << RigStep([](CliRig& rig) {
+            // The closing poll of this run is answered after it has ended.
+            rig.line->faults().lateMs.insert(QStringLiteral("ma"), 300);
+            QCOMPARE(rig.run(words("params read -o") << rig.path("in.prm")), 0);
+            QTest::qWait(600);
+            rig.line->faults().lateMs.clear();
+        }) << "--trace t.txt send 0SF" << 0 << "0SF" << RigStep([](CliRig& rig) {
+            QCOMPARE(rig.out, QStringList{QStringLiteral("0SF")});
+            // Discarded when the port opened: the link never saw it.
+            QVERIFY(!readAll(rig.path("t.txt")).contains("< 0ma"));
+        });
+        QTest::newRow("monitor reply while identification waits")
+            << QList<int>{0} << RigStep([](CliRig& rig) {
+                   rig.line->faults().wrongCodes.insert(QStringLiteral("PR"), QStringLiteral("ma"));
+               })
+            << readPoints << 3 << "No answer to 'PR77' from axis 0 at 9600 baud on /" << noFile;
+        QTest::newRow("late closing poll, a parameter write lost once")
+            << QList<int>{0} << RigStep([fromFile](CliRig& rig) {
+                   fromFile("params read -o", "b.prm", {{11, 77}}, 1)(rig);
+                   rig.line->faults().lateMs.insert(QStringLiteral("ma"), 50);
+                   rig.line->faults().dropCodes.insert(QStringLiteral("PW"), 1);
+               })
+            << "params write b.prm" << 0 << "11 Pos. P Gain = 77"
+            << RigStep([](CliRig& rig) { QCOMPARE(rig.params(0)[11], 77); });
+        QTest::newRow("duplicated identification, read-all lost once")
+            << QList<int>{0} << RigStep([](CliRig& rig) {
+                   rig.line->faults().duplicateCodes.insert(QStringLiteral("PR"), 1);
+                   rig.line->faults().dropCodes.insert(QStringLiteral("ta"), 1);
+               })
+            << readPoints << 0 << ""
+            << RigStep([](CliRig& rig) { QVERIFY(QFile::exists(rig.path("out.tbl"))); });
+        QTest::newRow("axis 1 answers a point write for axis 0")
+            << QList<int>{0, 1} << RigStep([fromFile](CliRig& rig) {
+                   fromFile("points read -o", "b.tbl", {{3, -4321}}, 0)(rig);
+                   rig.line->faults().misaddressAxis.insert(QStringLiteral("TW"), 1);
+                   rig.line->faults().misaddressCounts.insert(QStringLiteral("TW"), 1);
+               })
+            << "points write b.tbl" << 0 << "PointTable write finished."
+            << RigStep([](CliRig& rig) {
+                   QCOMPARE(rig.drive(0).model().memory().nonVolatile().points[0].position, -4321);
+               });
+        QTest::newRow("axis 1 answers the monitor polls for axis 0")
+            << QList<int>{0, 1} << RigStep([](CliRig& rig) {
+                   rig.line->faults().misaddressAxis.insert(QStringLiteral("ma"), 1);
+                   rig.line->faults().misaddressCounts.insert(QStringLiteral("ma"), -1);
+               })
+            << "monitor --count 1" << 3 << "Communication Failure"
+            << RigStep([](CliRig& rig) { QCOMPARE(rig.out.size(), 1); });  // the header only
+        QTest::newRow("non-hex field in the point table")
+            << QList<int>{0} << RigStep([](CliRig& rig) {
+                   rig.line->faults().corruptCodes.insert(QStringLiteral("ta"), -1);
+               })
+            << readPoints << 3 << cannotRead << noFile;
+        QTest::newRow("point table cut short") << QList<int>{0} << RigStep([](CliRig& rig) {
+            rig.line->faults().cutCodes.insert(QStringLiteral("ta"), -1);
+        }) << readPoints << 3 << cannotRead << noFile;
+    }
+    void repliesThatDoNotAnswer() {
+        QFETCH(QList<int>, axes);
+        QFETCH(RigStep, fault);
+        QFETCH(QString, args);
+        QFETCH(int, exitCode);
+        QFETCH(QString, message);
+        QFETCH(RigStep, check);
+        CliRig rig(axes);
+        fault(rig);
+        QStringList argv = words(args.toLatin1().constData());
+        for (QString& a : argv) {
+            if (a.contains(QLatin1Char('.')))
+                a = rig.path(a);
+        }
+        QCOMPARE(rig.run(argv), exitCode);
+        const QString told = rig.out.join(QLatin1Char('\n')) + rig.err;
+        QVERIFY2(told.contains(message), qPrintable(told));
+        if (exitCode != 0)
+            QCOMPARE(rig.err.count(QLatin1Char('\n')), 1);
+        check(rig);
     }
 
     void failuresExitWithOneLineAndLeaveNoFile_data() {

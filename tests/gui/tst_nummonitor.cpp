@@ -70,6 +70,7 @@ private slots:
         // Replies closer together than a repaint are merged: only the last is shown.
         QCOMPARE(rig.sent().last(), u"0PR77"_s);
         rig.port()->reply(u"0PR0000006E"_s);  // version 1.10: the peak is reported from now on
+        rig.engine().sendPoll();
         for (const QString& position : {u"00000001"_s, u"00000002"_s, u"00000003"_s})
             rig.port()->reply(maReply(position, u"0000"_s, u"FFFF"_s, u"FF9C"_s));
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->text(), u"-10"_s);
