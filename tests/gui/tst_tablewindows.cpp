@@ -66,6 +66,7 @@ private slots:
             QVERIFY(drive.writePoint(p, {p % 64, p * 1000 - 7, p % 10, (p + 1) % 10, p * 3}, true));
         DriveRig rig(line);
         auto* window = rig.find<PointTblWindow>(u"PointTbl"_s);
+        qobject_cast<QMdiSubWindow*>(window->parentWidget())->showNormal();  // minimised at start
         const auto box = [&rig, window](int column, int p) {
             return rig.find<QLineEdit>(u"%1(%2)"_s.arg(QLatin1String(PointBoxes[column])).arg(p),
                                        window);
