@@ -123,7 +123,8 @@ ExitCode CliSession::exec() {
         loop_ = &loop;
         // Every wait ends. A supervised command ends by its re-sends and the failure; whatever
         // else the run waits for (a command sent unsupervised while an alarm is pending, a
-        // chain the drive stopped answering) gets as long as those rules would give it.
+        // chain the drive stopped answering) gets as long as those rules would give it. A
+        // supervised command gets twice that, so a supervision that stalled cannot hang a script.
         QElapsedTimer quiet;
         quiet.start();
         quint64 taken = engine_.dispatcher().taken();
@@ -131,13 +132,14 @@ ExitCode CliSession::exec() {
         connect(&watch, &QTimer::timeout, this, [this, &quiet, &taken] {
             const LinkState& s = global_.Link;
             // A capture waits for its trigger under a deadline of its own.
-            if (s.AwaitingReply || s.WaveState != 0 || engine_.dispatcher().taken() != taken) {
+            if (s.WaveState != 0 || engine_.dispatcher().taken() != taken) {
                 taken = engine_.dispatcher().taken();
                 quiet.restart();
                 return;
             }
             const qint64 budget = qint64{engine_.sender().waitLimit() + 1} *
-                                  (CommandSender::MaxResends + 1) * engine_.pollIntervalMs();
+                                  (CommandSender::MaxResends + 1) * engine_.pollIntervalMs() *
+                                  (s.AwaitingReply ? 2 : 1);
             if (quiet.elapsed() > budget)
                 fail(ExitCode::LinkFailure, unansweredLine());
         });
