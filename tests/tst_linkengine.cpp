@@ -140,6 +140,26 @@ private slots:
         QCOMPARE(rig.state.RetryCount, 1);
     }
 
+    // A drive slower than the re-send answers both frames: the second answer belongs to the
+    // re-send, not to the next command of the same code, which waits until it has passed.
+    void lateAnswerOfAReSendIsNotTheNextAnswer() {
+        LinkRig rig;
+        rig.engine.SendCommand(QStringLiteral("1TW0;1"));
+        rig.ticks(2);
+        rig.port->reply(QStringLiteral("1TW"));  // the first frame's answer, late
+        QVERIFY(!rig.state.AwaitingReply);
+        rig.port->reply(QStringLiteral("1TW"));  // a duplicate before anything else is sent
+        rig.engine.SendCommand(QStringLiteral("1TW1;2"));
+        QCOMPARE(rig.sent().size(), 2);          // held back
+        rig.port->reply(QStringLiteral("1TW"));  // the re-send's answer
+        QVERIFY(rig.state.AwaitingReply);
+        rig.ticks(4);
+        QCOMPARE(rig.lastSent(), QStringLiteral("1TW1;2"));
+        rig.port->reply(QStringLiteral("1TW"));
+        QVERIFY(!rig.state.AwaitingReply);
+        QCOMPARE(rig.engine.dispatcher().taken(), quint64{2});
+    }
+
     void failureQuestionAfterFifthResend() {
         LinkRig rig(BackEnd::UsbSerial);
         rig.state.PointTransferActive = true;

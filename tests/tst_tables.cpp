@@ -162,6 +162,7 @@ private slots:
         QCOMPARE(rig.points.PointTable[0].Position, 0);  // no transfer: no data
         rig.state.PointTransferActive = true;
         rig.points.PointTransferIndex = 62;
+        rig.engine.SendCommand(u"1TR3E"_s);
         rig.port->reply(u"1TR0001 00000005 1 1 0001 "_s);
         QCOMPARE(rig.points.PointTable[62].Position, 5);
         QCOMPARE(rig.lastSent(), u"1TR3F"_s);

@@ -30,9 +30,15 @@ bool CommandSender::SendCommand(const QString& text) {
     s.RetryCount = 0;
     s.TickCount = 0;
     s.LastCommand = text;
+    ++sequence_;
+    heldFrame_.clear();
     // The frame leaves before the windows are touched: locking every control of every window
     // takes longer than a short frame on the line. No reply can be handled before this returns.
-    engine_.SendByteData(text);
+    if (s.AwaitingReply && holdTicks_ > 0 && wire::answers(text, lateAnswersOf_) &&
+        wire::codeOf(text) == wire::codeOf(lateAnswersOf_))
+        heldFrame_ = text;
+    else
+        engine_.SendByteData(text);
 
     if (commands::locksUi(code) && !broadcast)
         engine_.EnableControls(false);
@@ -77,8 +83,27 @@ int CommandSender::waitLimit() const {
     return static_cast<int>(roundHalfEven(2000.0 / engine_.pollIntervalMs()));
 }
 
+void CommandSender::answeredAfterResends() {
+    const LinkState& s = engine_.state();
+    // The last frame's answer is due about one re-send interval after the one taken; one more
+    // interval of margin.
+    holdTicks_ = (s.RetryCount + 1) * (waitLimit() + 1);
+    lateAnswersOf_ = s.LastCommand;
+}
+
+void CommandSender::countTick() {
+    if (holdTicks_ == 0 || --holdTicks_ > 0 || heldFrame_.isEmpty())
+        return;
+    const QString frame = heldFrame_;
+    heldFrame_.clear();
+    engine_.state().TickCount = 0;
+    engine_.SendByteData(frame);
+}
+
 bool CommandSender::supervise() {
     LinkState& s = engine_.state();
+    if (frameHeld())
+        return false;  // nothing is on the line to wait for
     if (s.Searching && s.TickCount >= 1 && portSearchStep_) {
         portSearchStep_();
         return true;

@@ -29,6 +29,17 @@ public:
     // Ticks a command may wait for its reply before it is re-sent.
     [[nodiscard]] int waitLimit() const;
 
+    // A supervised command was answered after re-sends: each earlier frame may still bring a
+    // late answer of the same code, which the next command of that code would take for its
+    // own. Its frame is held back for as long as those answers may take.
+    void answeredAfterResends();
+    // Counts one polling tick of the hold; writes the held frame when the hold is over.
+    void countTick();
+    // A frame that has not been on the line yet cannot be answered.
+    [[nodiscard]] bool frameHeld() const { return !heldFrame_.isEmpty(); }
+    // Counts every command given to SendCommand, so a reply can be tied to the one it answers.
+    [[nodiscard]] quint64 sequence() const { return sequence_; }
+
     // The port search runs one step per tick while its probe is unanswered.
     void setPortSearchStep(std::function<void()> step) { portSearchStep_ = std::move(step); }
 
@@ -44,6 +55,10 @@ private:
 
     LinkEngine& engine_;
     std::function<void()> portSearchStep_;
+    quint64 sequence_ = 0;
+    int holdTicks_ = 0;
+    QString lateAnswersOf_;
+    QString heldFrame_;
 };
 
 }  // namespace velora

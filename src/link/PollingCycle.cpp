@@ -22,6 +22,7 @@ void PollingCycle::tick() {
     if (!s.RealTimeMonitor)
         s.MonitorRunning = false;
 
+    engine_.sender().countTick();
     if (s.AwaitingReply) {
         if (engine_.sender().supervise())
             return;  // the port search used this tick

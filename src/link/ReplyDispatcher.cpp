@@ -24,8 +24,11 @@ void ReplyDispatcher::unregisterHandler(const QString& code) {
 
 bool ReplyDispatcher::answersLastCommand(const QString& text) const {
     const LinkState& s = engine_.state();
+    const CommandSender& sender = engine_.sender();
+    if (sender.frameHeld())
+        return false;
     if (wire::answers(text, s.LastCommand))
-        return true;
+        return answered_ != sender.sequence();
     // Once a capture is armed the drive sends the trigger and the record by itself.
     const QString code = wire::codeOf(text);
     return s.WaveState != 0 && (code == QLatin1String("wr") || code == QLatin1String("wd")) &&
@@ -41,6 +44,10 @@ void ReplyDispatcher::DispatchReply(const QString& text) {
         return;
     }
     ++taken_;
+    const bool supervised = s.AwaitingReply;
+    const quint64 command = engine_.sender().sequence();
+    if (supervised && s.RetryCount > 0)
+        engine_.sender().answeredAfterResends();
     s.ReplyCode = wire::codeOf(text);
     if (!wire::isPollingCode(s.ReplyCode) || s.EchoPolls)
         engine_.ui().setComText(1, text);
@@ -53,7 +60,9 @@ void ReplyDispatcher::DispatchReply(const QString& text) {
     if (s.ReplyCode != QLatin1String("ER"))
         refusedPoll_.clear();
     if (route(s.ReplyCode, text) == ReplyStatus::Malformed)
-        malformedReply(text);
+        malformedReply(text);  // its Retry asks the same command again: not answered yet
+    else if (supervised)
+        answered_ = command;
     s.ReceiveBuffer.clear();
 }
 

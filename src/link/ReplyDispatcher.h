@@ -49,6 +49,9 @@ private:
     // comes. The same refusal once more would only bring the same box back forever.
     QString refusedPoll_;
     quint64 taken_ = 0;
+    // The sender's count of the supervised command whose answer was taken: any further reply
+    // of its code answers one of its re-sends.
+    quint64 answered_ = ~quint64{0};
 };
 
 }  // namespace velora
