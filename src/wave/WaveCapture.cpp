@@ -54,7 +54,13 @@ bool WaveCapture::sendTriggerSettings() {
 }
 
 void WaveCapture::cancel() {
-    engine_.SendCommand(engine_.axisPrefix() + kWq);
+    const QString text = engine_.axisPrefix() + kWq;
+    // A capture holds the monitor chain, so its Cancel goes at once; with no capture running a
+    // monitor poll may be on the line, and the cancel waits for the next free slot instead.
+    if (engine_.state().WaveState == 0)
+        engine_.PostCommand(text);
+    else
+        engine_.SendCommand(text);
 }
 
 ReplyStatus WaveCapture::OnWmReply(const QString&) {
