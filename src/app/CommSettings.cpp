@@ -364,6 +364,8 @@ void CommSettings::applySettings() {
         s.PortNumber = previousPort;
         TxtCOMnum->setText(previousDevice.isEmpty() ? QString::number(previousPort)
                                                     : previousDevice);
+        // The box shows the previous device again: OK must not retry the failed one unseen.
+        deviceChoice_.reset();
         return;
     }
     if (deviceChoice_)

@@ -112,9 +112,11 @@ void MDIParent::arrangeWindows() {
     const std::optional<WindowLayout> kept = setup_.settings.loadLayout();
     const QScreen* screen = QGuiApplication::primaryScreen();
     if (kept && screen) {
-        if (kept->mainMaximised)
+        if (kept->mainMaximised) {
+            // The window manager maximises later; the windows are placed in the size it will give.
+            resize(screen->availableGeometry().size());
             setWindowState(windowState() | Qt::WindowMaximized);
-        else if (screen->availableGeometry().contains(kept->mainGeometry))
+        } else if (screen->availableGeometry().contains(kept->mainGeometry))
             setGeometry(kept->mainGeometry);
     }
     keepInsideScreen();
@@ -139,7 +141,12 @@ WindowLayout MDIParent::currentLayout() const {
 
 void MDIParent::showLinkLine() {
     systemBar_->setLinkLine(linkline::statusText(global_.Link.LanguageId, global_.Link,
-                                                 engine_.device(), setup_.simulatedDevice));
+                                                 engine_.device(), simulatedDeviceInUse()));
+}
+
+QString MDIParent::simulatedDeviceInUse() const {
+    // A device chosen in Comm Settings after a start with --simulate is a real one.
+    return engine_.device() == setup_.simulatedDevice ? setup_.simulatedDevice : QString();
 }
 
 MDIParent::~MDIParent() {
@@ -232,7 +239,7 @@ bool MDIParent::mayEnd() {
 
 void MDIParent::rememberAdapter() {
     // The simulated drive's pseudo-terminal is no adapter of the user's.
-    if (global_.Link.PortOpen && setup_.simulatedDevice.isEmpty())
+    if (global_.Link.PortOpen && simulatedDeviceInUse().isEmpty())
         adapterWatch_.rememberOpenedAdapter();
 }
 
@@ -383,7 +390,7 @@ void MDIParent::LanguageOfAllWindows() {
 void MDIParent::CaptionOffLineChange(int languageId, int offline) {
     QString caption = offline != 0 ? TextCatalogue::text(languageId, 1021)
                                    : TextCatalogue::text(languageId, 1020);
-    caption += linkline::captionPart(languageId, setup_.deviceOverride, setup_.simulatedDevice);
+    caption += linkline::captionPart(languageId, engine_.deviceOverride(), simulatedDeviceInUse());
     setWindowTitle(caption);
 }
 

@@ -69,6 +69,8 @@ public:
     void LanguageOfAllWindows();
     // The caption for online (offline 0) or offline (offline 1).
     void CaptionOffLineChange(int languageId, int offline);
+    // The simulated drive's device while it is the one in use, else empty.
+    [[nodiscard]] QString simulatedDeviceInUse() const;
     // Every setting into the store; called at every orderly end.
     void saveAllSettings();
 

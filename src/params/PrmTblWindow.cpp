@@ -253,6 +253,7 @@ void PrmTblWindow::connectSources() {
     connect(file_, &ParamFile::fileLoaded, this, [this](bool enableWriteServo) {
         if (!readingFile_.isEmpty())
             lastFile_ = readingFile_;
+        readingFile_.clear();
         showCaption();
         showMarks();
         // The table now holds values: the write buttons follow the controls from here on.
@@ -260,6 +261,7 @@ void PrmTblWindow::connectSources() {
         if (enableWriteServo && transfersAllowed())
             Command[WriteServo]->setEnabled(true);
     });
+    connect(file_, &ParamFile::fileReadAbandoned, this, [this] { readingFile_.clear(); });
     connect(sprm_, &SprmTblWindow::shownChanged, this,
             [this](bool shown) { transfer_.setSystemWindowShown(shown); });
 }
@@ -297,6 +299,7 @@ void PrmTblWindow::showTableAnew() {
     for (int n = 0; n < PrmEdit::BoxCount; ++n)
         setColour(n, BoxColour::Clean);
     driveLine_->refresh();
+    showMarks();
 }
 
 void PrmTblWindow::EnableControls(bool enable) {
@@ -336,8 +339,9 @@ void PrmTblWindow::Command_Click(int index) {
         case ReadFile:
             // Named in the caption once its values are in the table.
             readingFile_ = chooseFile(false);
-            file_->read(readingFile_);
-            readingFile_.clear();
+            // Online the drive is read first and the file merged later: the name waits for it.
+            if (file_->read(readingFile_) != ParamFile::ReadResult::AwaitingDrive)
+                readingFile_.clear();
             break;
         case WriteServo:
             transfer_.writeChanged();
