@@ -1,8 +1,8 @@
 #pragma once
 
-#include "link/ReplyAssembly.h"
-#include "link/Transport.h"
-#include "shared/LinkState.h"
+#include "core/link/ReplyAssembly.h"
+#include "core/link/Transport.h"
+#include "core/shared/LinkState.h"
 
 namespace velora::bench {
 

@@ -6,7 +6,7 @@
 #include "Percentiles.h"
 #include "WholeProgram.h"
 
-#include "link/Transport.h"
+#include "core/link/Transport.h"
 
 #include <QElapsedTimer>
 

@@ -1,10 +1,10 @@
 #include "ScanVersusSearch.h"
 
-#include "app/PortSearch.h"
-#include "app/TransportFactory.h"
-#include "link/LinkEngine.h"
-#include "params/ParamTransfer.h"
-#include "shared/Global.h"
+#include "core/connect/PortSearch.h"
+#include "core/link/LinkEngine.h"
+#include "core/link/TransportFactory.h"
+#include "core/params/ParamTransfer.h"
+#include "core/shared/Global.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
 

@@ -2,7 +2,7 @@
 
 #include "BenchApplication.h"
 
-#include "app/ShellSetup.h"
+#include "core/app/ShellSetup.h"
 
 #include <QSettings>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/MDIParent.h"
-#include "shared/Global.h"
+#include "core/shared/Global.h"
+#include "gui/app/MDIParent.h"
 
 #include <QString>
 #include <QTemporaryDir>

@@ -11,14 +11,14 @@
 #include "LoopbackTransport.h"
 #include "MonitorPath.h"
 #include "ScanVersusSearch.h"
-#include "link/FrameTrace.h"
-#include "link/LinkEngine.h"
-#include "link/ReplyDispatcher.h"
-#include "monitor/RealTimeMonitor.h"
-#include "shared/Global.h"
+#include "core/link/FrameTrace.h"
+#include "core/link/LinkEngine.h"
+#include "core/link/ReplyDispatcher.h"
+#include "core/monitor/RealTimeMonitor.h"
+#include "core/shared/Global.h"
+#include "core/wave/WaveCapture.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
-#include "wave/WaveCapture.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -2,12 +2,12 @@
 // previous record, at the window's default size. Run by hand: build/bench/velora-bench-gui
 // (offscreen unless a platform is chosen).
 
-#include "link/LinkEngine.h"
-#include "shared/Global.h"
+#include "core/link/LinkEngine.h"
+#include "core/shared/Global.h"
+#include "core/wave/WaveCapture.h"
+#include "gui/wave/HMonWindow.h"
+#include "gui/wave/WaveTrace.h"
 #include "support/FakeLinkUi.h"
-#include "wave/HMonWindow.h"
-#include "wave/WaveCapture.h"
-#include "wave/WaveTrace.h"
 
 #include <QApplication>
 #include <QTest>

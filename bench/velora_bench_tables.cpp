@@ -10,11 +10,11 @@
 #include "Percentiles.h"
 #include "WholeProgram.h"
 
-#include "link/FrameTrace.h"
-#include "link/LinkEngine.h"
-#include "pointtable/PointTblWindow.h"
-#include "pointtable/PointTransfer.h"
-#include "shared/Global.h"
+#include "core/link/FrameTrace.h"
+#include "core/link/LinkEngine.h"
+#include "core/pointtable/PointTransfer.h"
+#include "core/shared/Global.h"
+#include "gui/pointtable/PointTblWindow.h"
 #include "support/FakeLinkUi.h"
 
 #include <QElapsedTimer>

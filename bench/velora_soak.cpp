@@ -4,10 +4,10 @@
 // middle and the end, so a leak or a slow-down per exchange shows. Run by hand:
 //   build/bench/velora-soak [exchanges, default 1000000]
 
-#include "app/MDIParent.h"
-#include "app/ShellSetup.h"
-#include "monitor/RealTimeMonitor.h"
-#include "shared/Global.h"
+#include "core/app/ShellSetup.h"
+#include "core/monitor/RealTimeMonitor.h"
+#include "core/shared/Global.h"
+#include "gui/app/MDIParent.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

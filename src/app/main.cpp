@@ -1,8 +1,8 @@
-#include "app/MDIParent.h"
-#include "app/ShellSetup.h"
-#include "connect/CheckCommand.h"
-#include "options/VersionDialog.h"
-#include "shared/Global.h"
+#include "core/app/ShellSetup.h"
+#include "core/connect/CheckCommand.h"
+#include "core/shared/Global.h"
+#include "gui/app/MDIParent.h"
+#include "gui/options/VersionDialog.h"
 #include "sim/SimulatedLine.h"
 
 #include <QApplication>

@@ -1,13 +1,13 @@
 #include "cli/CliSession.h"
 
-#include "app/SettingsStore.h"
-#include "app/TextCatalogue.h"
-#include "app/TransportFactory.h"
-#include "link/FrameTrace.h"
-#include "link/LinkFailure.h"
-#include "link/WireFormat.h"
-#include "params/ParamCatalogue.h"
-#include "shared/SafeFileWrite.h"
+#include "core/link/FrameTrace.h"
+#include "core/link/LinkFailure.h"
+#include "core/link/TransportFactory.h"
+#include "core/link/WireFormat.h"
+#include "core/params/ParamCatalogue.h"
+#include "core/shared/SafeFileWrite.h"
+#include "core/shared/SettingsStore.h"
+#include "core/shared/TextCatalogue.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

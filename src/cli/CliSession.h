@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/DriveRules.h"
 #include "cli/ConsoleLinkUi.h"
 #include "cli/ExitCode.h"
-#include "link/LinkEngine.h"
-#include "params/ParamTransfer.h"
-#include "shared/Global.h"
+#include "core/link/DriveRules.h"
+#include "core/link/LinkEngine.h"
+#include "core/params/ParamTransfer.h"
+#include "core/shared/Global.h"
 
 #include <QByteArray>
 #include <QObject>

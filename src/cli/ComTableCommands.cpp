@@ -1,8 +1,8 @@
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "comtable/ComFile.h"
-#include "comtable/ComTransfer.h"
+#include "core/comtable/ComFile.h"
+#include "core/comtable/ComTransfer.h"
+#include "core/shared/TextCatalogue.h"
 
 namespace velora::cli {
 

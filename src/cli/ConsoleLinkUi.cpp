@@ -1,7 +1,7 @@
 #include "cli/ConsoleLinkUi.h"
 
-#include "app/TextCatalogue.h"
-#include "shared/LinkState.h"
+#include "core/shared/LinkState.h"
+#include "core/shared/TextCatalogue.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/ExitCode.h"
-#include "link/LinkUi.h"
+#include "core/link/LinkUi.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
-#include "app/SettingsStore.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "connect/CheckCommand.h"
+#include "core/connect/CheckCommand.h"
+#include "core/shared/SettingsStore.h"
 
 #include <QTextStream>
 

@@ -1,8 +1,8 @@
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "monitor/MonitorSnapshot.h"
-#include "monitor/RealTimeMonitor.h"
+#include "core/monitor/MonitorSnapshot.h"
+#include "core/monitor/RealTimeMonitor.h"
+#include "core/shared/TextCatalogue.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,9 +1,9 @@
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "params/ParamCatalogue.h"
-#include "params/ParamFile.h"
-#include "params/ParamTransfer.h"
+#include "core/params/ParamCatalogue.h"
+#include "core/params/ParamFile.h"
+#include "core/params/ParamTransfer.h"
+#include "core/shared/TextCatalogue.h"
 
 #include <algorithm>
 #include <array>

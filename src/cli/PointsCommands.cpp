@@ -1,8 +1,8 @@
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "pointtable/PointFile.h"
-#include "pointtable/PointTransfer.h"
+#include "core/pointtable/PointFile.h"
+#include "core/pointtable/PointTransfer.h"
+#include "core/shared/TextCatalogue.h"
 
 namespace velora::cli {
 

@@ -1,9 +1,9 @@
-#include "app/PortSearch.h"
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "link/ReplyFields.h"
-#include "link/WireFormat.h"
+#include "core/connect/PortSearch.h"
+#include "core/link/ReplyFields.h"
+#include "core/link/WireFormat.h"
+#include "core/shared/TextCatalogue.h"
 
 #include <QSet>
 #include <QTimer>

@@ -1,6 +1,6 @@
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "link/WireFormat.h"
+#include "core/link/WireFormat.h"
 
 #include <QTimer>
 

@@ -1,10 +1,10 @@
-#include "app/SettingsStore.h"
-#include "app/TextCatalogue.h"
 #include "cli/CliCommand.h"
 #include "cli/CliSession.h"
-#include "wave/WaveCapture.h"
-#include "wave/WaveFile.h"
-#include "wave/WaveScale.h"
+#include "core/shared/SettingsStore.h"
+#include "core/shared/TextCatalogue.h"
+#include "core/wave/WaveCapture.h"
+#include "core/wave/WaveFile.h"
+#include "core/wave/WaveScale.h"
 
 #include <QTimer>
 

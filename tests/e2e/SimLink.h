@@ -1,7 +1,7 @@
 #pragma once
 
-#include "link/LinkEngine.h"
-#include "shared/Global.h"
+#include "core/link/LinkEngine.h"
+#include "core/shared/Global.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"
 

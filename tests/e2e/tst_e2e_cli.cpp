@@ -1,5 +1,5 @@
+#include "core/wave/WaveFile.h"
 #include "sim/SimulatedLine.h"
-#include "wave/WaveFile.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
-#include "app/TextCatalogue.h"
+#include "core/monitor/RealTimeMonitor.h"
+#include "core/params/ParamCatalogue.h"
+#include "core/params/ParamTransfer.h"
+#include "core/shared/TextCatalogue.h"
 #include "e2e/SimLink.h"
-#include "monitor/RealTimeMonitor.h"
-#include "params/ParamCatalogue.h"
-#include "params/ParamTransfer.h"
 
 #include <QtTest>
 

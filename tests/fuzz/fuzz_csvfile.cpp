@@ -2,8 +2,8 @@
 // can use, and writing what was read and reading it again gives the same record.
 
 #include "FuzzSupport.h"
-#include "wave/WaveFile.h"
-#include "wave/WaveScale.h"
+#include "core/wave/WaveFile.h"
+#include "core/wave/WaveScale.h"
 
 using namespace velora;
 

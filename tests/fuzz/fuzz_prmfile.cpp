@@ -3,11 +3,11 @@
 // refused outright leaves the table as it was.
 
 #include "FuzzSupport.h"
-#include "link/LinkEngine.h"
-#include "params/ParamCatalogue.h"
-#include "params/ParamFile.h"
-#include "params/ParamTransfer.h"
-#include "shared/Global.h"
+#include "core/link/LinkEngine.h"
+#include "core/params/ParamCatalogue.h"
+#include "core/params/ParamFile.h"
+#include "core/params/ParamTransfer.h"
+#include "core/shared/Global.h"
 #include "support/FakeLinkUi.h"
 
 using namespace velora;

@@ -7,17 +7,17 @@
 // the USB back-end each chunk is prefixed by its length byte.
 
 #include "FuzzSupport.h"
-#include "comtable/ComTransfer.h"
-#include "link/LinkEngine.h"
-#include "link/ReplyAssembly.h"
-#include "monitor/AlarmMonitor.h"
-#include "monitor/RealTimeMonitor.h"
-#include "params/ParamTransfer.h"
-#include "pointtable/PointTransfer.h"
-#include "shared/Global.h"
+#include "core/comtable/ComTransfer.h"
+#include "core/link/LinkEngine.h"
+#include "core/link/ReplyAssembly.h"
+#include "core/monitor/AlarmMonitor.h"
+#include "core/monitor/RealTimeMonitor.h"
+#include "core/params/ParamTransfer.h"
+#include "core/pointtable/PointTransfer.h"
+#include "core/shared/Global.h"
+#include "core/wave/WaveCapture.h"
 #include "support/FakeLinkUi.h"
 #include "support/FakeTransport.h"
-#include "wave/WaveCapture.h"
 
 using namespace velora;
 

@@ -2,9 +2,9 @@
 // column's range, and a file without the identification changes nothing.
 
 #include "FuzzSupport.h"
-#include "comtable/ComFile.h"
-#include "link/LinkEngine.h"
-#include "shared/Global.h"
+#include "core/comtable/ComFile.h"
+#include "core/link/LinkEngine.h"
+#include "core/shared/Global.h"
 #include "support/FakeLinkUi.h"
 
 using namespace velora;

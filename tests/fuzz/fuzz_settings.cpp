@@ -2,8 +2,8 @@
 // from another program): every value the program takes is one it can work with.
 
 #include "FuzzSupport.h"
-#include "app/SettingsStore.h"
-#include "shared/Global.h"
+#include "core/shared/Global.h"
+#include "core/shared/SettingsStore.h"
 
 #include <QFileInfo>
 

@@ -2,9 +2,9 @@
 // range, and a file without the identification changes nothing.
 
 #include "FuzzSupport.h"
-#include "link/LinkEngine.h"
-#include "pointtable/PointFile.h"
-#include "shared/Global.h"
+#include "core/link/LinkEngine.h"
+#include "core/pointtable/PointFile.h"
+#include "core/shared/Global.h"
 #include "support/FakeLinkUi.h"
 
 using namespace velora;

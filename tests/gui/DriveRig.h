@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ShellRig.h"
-#include "app/TransportFactory.h"
+#include "core/link/TransportFactory.h"
 #include "sim/SimulatedLine.h"
 
 #include <QPushButton>

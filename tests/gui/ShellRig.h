@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/MDIParent.h"
-#include "app/TextCatalogue.h"
-#include "shared/Global.h"
+#include "core/shared/Global.h"
+#include "core/shared/TextCatalogue.h"
+#include "gui/app/MDIParent.h"
 #include "support/FakeTransport.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
-#include "app/ChildWindow.h"
-#include "app/CommSettings.h"
-#include "app/PortListView.h"
-#include "console/ComConsoleWindow.h"
-#include "link/PortNaming.h"
+#include "core/link/PortNaming.h"
+#include "gui/app/CommSettings.h"
+#include "gui/app/PortListView.h"
+#include "gui/console/ComConsoleWindow.h"
+#include "gui/shared/ChildWindow.h"
 #include "sim/SimulatedLine.h"
 
 #include "ShellRig.h"

@@ -1,9 +1,9 @@
-#include "console/ComConsoleWindow.h"
-#include "monitor/AlarmMonWindow.h"
-#include "monitor/IOStatusWindow.h"
+#include "gui/console/ComConsoleWindow.h"
+#include "gui/monitor/AlarmMonWindow.h"
+#include "gui/monitor/IOStatusWindow.h"
 
 #include "ShellRig.h"
-#include "app/TransportFactory.h"
+#include "core/link/TransportFactory.h"
 #include "sim/SimulatedLine.h"
 
 #include <QGroupBox>

@@ -1,8 +1,8 @@
-#include "monitor/NumMonitorWindow.h"
-#include "monitor/ServoStatusView.h"
+#include "core/monitor/ServoStatusView.h"
+#include "gui/monitor/NumMonitorWindow.h"
 
 #include "ShellRig.h"
-#include "app/TransportFactory.h"
+#include "core/link/TransportFactory.h"
 #include "sim/SimulatedLine.h"
 
 #include <QGroupBox>

@@ -1,6 +1,6 @@
-#include "app/ChildWindow.h"
-#include "options/OptionDialog.h"
-#include "options/VersionDialog.h"
+#include "gui/options/OptionDialog.h"
+#include "gui/options/VersionDialog.h"
+#include "gui/shared/ChildWindow.h"
 
 #include "ShellRig.h"
 

@@ -1,4 +1,4 @@
-#include "app/PortSearch.h"
+#include "core/connect/PortSearch.h"
 #include "support/FakeLinkUi.h"
 
 #include "ShellRig.h"

@@ -1,6 +1,6 @@
-#include "params/ParamCatalogue.h"
-#include "params/PrmTblWindow.h"
-#include "params/SprmTblWindow.h"
+#include "core/params/ParamCatalogue.h"
+#include "gui/params/PrmTblWindow.h"
+#include "gui/params/SprmTblWindow.h"
 
 #include "ShellRig.h"
 
@@ -97,9 +97,8 @@ private slots:
         rig.type(17, u"5"_s);
         QVERIFY(tabs->tabText(1).endsWith(u"\u25CF"_s) && !tabs->tabText(0).endsWith(u"\u25CF"_s));
         QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, rig.prm())->text(), en(1565) + u"1"_s);
-        QCOMPARE(rig.box(20)->toolTip(),
-                 ParamCatalogue::label(0, 20) + u"\n"_s + en(1566).arg(0).arg(2) + u"\n"_s +
-                     en(1567));
+        QCOMPARE(rig.box(20)->toolTip(), ParamCatalogue::label(0, 20) + u"\n"_s +
+                                             en(1566).arg(0).arg(2) + u"\n"_s + en(1567));
         QVERIFY(rig.box(17)->toolTip().endsWith(en(1566).arg(0).arg(99999) + u" (Pulse)"_s));
 
         const auto shown = [&rig] {

@@ -1,5 +1,5 @@
-#include "app/SettingsStore.h"
-#include "shared/Global.h"
+#include "core/shared/Global.h"
+#include "core/shared/SettingsStore.h"
 
 #include <QSettings>
 #include <QStandardPaths>

@@ -1,8 +1,8 @@
-#include "comtable/ComTblWindow.h"
-#include "pointtable/PointTblWindow.h"
+#include "gui/comtable/ComTblWindow.h"
+#include "gui/pointtable/PointTblWindow.h"
 
 #include "DriveRig.h"
-#include "app/TransportFactory.h"
+#include "core/link/TransportFactory.h"
 #include "sim/SimulatedLine.h"
 
 #include <QFileDialog>

@@ -1,10 +1,10 @@
-#include "wave/HMonWindow.h"
-#include "wave/MarkerStrip.h"
-#include "wave/WaveScale.h"
-#include "wave/WaveTrace.h"
+#include "core/wave/WaveScale.h"
+#include "gui/wave/HMonWindow.h"
+#include "gui/wave/MarkerStrip.h"
+#include "gui/wave/WaveTrace.h"
 
 #include "ShellRig.h"
-#include "app/TransportFactory.h"
+#include "core/link/TransportFactory.h"
 #include "sim/SimulatedLine.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/LinkUi.h"
+#include "core/link/LinkUi.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "link/LinkEngine.h"
-#include "shared/LinkState.h"
+#include "core/link/LinkEngine.h"
+#include "core/shared/LinkState.h"
 #include "support/FakeLinkUi.h"
 #include "support/FakeTransport.h"
 

@@ -1,0 +1,172 @@
+#include "core/connect/ConnectionCheck.h"
+
+#include "core/link/WireFormat.h"
+
+namespace velora {
+
+namespace {
+
+using Verdict = Finding::Verdict;
+
+// Text ids of the findings; each text carries its fix.
+constexpr int kExists = 1942;
+constexpr int kMissing = 1943;
+constexpr int kMayOpen = 1944;
+constexpr int kNotInGroup = 1945;
+constexpr int kGroupNotYetActive = 1946;
+constexpr int kNoAccess = 1947;
+constexpr int kNotBusy = 1948;
+constexpr int kBusy = 1949;
+constexpr int kStaleLock = 1950;
+constexpr int kLiveLock = 1951;
+constexpr int kBrltty = 1952;
+constexpr int kModemManager = 1953;
+constexpr int kLowLatencyOn = 1954;
+constexpr int kLowLatencyOff = 1955;
+constexpr int kAnswered = 1956;
+constexpr int kSilent = 1957;
+constexpr int kNotOpened = 1958;
+constexpr int kNotApplicable = 1960;
+constexpr int kHeldBySimulator = 1610;
+
+// The simulator keeps its end of a pseudo-terminal open: on such a line it is the drive.
+bool isSimulator(const DeviceHolder& holder, const DeviceFacts& f) {
+    return f.pseudoTerminal && holder.name == QLatin1String("velora-sim");
+}
+
+QString modeText(uint mode) {
+    return QStringLiteral("%1").arg(mode, 3, 8, QLatin1Char('0'));
+}
+
+Finding accessFinding(const QString& device, const DeviceFacts& f) {
+    const QStringList node{device, f.owner, f.group, modeText(f.mode)};
+    if (f.mayOpen)
+        return {Verdict::Ok, kMayOpen, node};
+    const bool groupMayUse = (f.mode & 060) == 060;
+    if (groupMayUse && f.memberGroups.contains(f.group) && !f.sessionGroups.contains(f.group))
+        return {Verdict::Problem, kGroupNotYetActive, {device, f.group}};
+    if (groupMayUse && !f.memberGroups.contains(f.group)) {
+        return {Verdict::Problem, kNotInGroup,
+                node + QStringList{QStringLiteral("sudo usermod -aG %1 %2").arg(f.group, f.user)}};
+    }
+    return {Verdict::Problem, kNoAccess,
+            node + QStringList{QStringLiteral("sudo chmod 666 %1").arg(device)}};
+}
+
+}  // namespace
+
+ConnectionCheck::ConnectionCheck()
+    : ConnectionCheck(&gatherDeviceFacts, [](const CheckTarget& target) {
+          return runLineTest(target.device, target.axis, target.baud);
+      }) {
+}
+
+ConnectionCheck::ConnectionCheck(FactSource facts, LineTester lineTest)
+    : facts_(std::move(facts)), lineTest_(std::move(lineTest)) {
+}
+
+QList<Finding> ConnectionCheck::deviceFindings(const QString& device, const DeviceFacts& f) {
+    QList<Finding> findings;
+    if (!f.applies) {
+        findings.append({Verdict::Skipped, kNotApplicable, {}});
+        return findings;
+    }
+    if (!f.exists) {
+        findings.append({Verdict::Problem, kMissing, {device}});
+    } else {
+        findings.append({Verdict::Ok, kExists, {device}});
+        findings.append(accessFinding(device, f));
+        for (const DeviceHolder& holder : f.holders) {
+            if (isSimulator(holder, f)) {
+                findings.append(
+                    {Verdict::Ok, kHeldBySimulator, {device, QString::number(holder.pid)}});
+                continue;
+            }
+            findings.append({Verdict::Problem,
+                             kBusy,
+                             {device, holder.name, QString::number(holder.pid),
+                              QStringLiteral("kill %1").arg(holder.pid)}});
+        }
+    }
+    if (f.lock && f.lock->processAlive) {
+        findings.append({Verdict::Problem,
+                         kLiveLock,
+                         {f.lock->path, f.lock->processName, QString::number(f.lock->pid),
+                          QStringLiteral("kill %1").arg(f.lock->pid)}});
+    } else if (f.lock) {
+        findings.append({Verdict::Problem,
+                         kStaleLock,
+                         {f.lock->path, QString::number(f.lock->pid),
+                          QStringLiteral("sudo rm %1").arg(f.lock->path)}});
+    }
+    const bool othersHold = std::any_of(f.holders.cbegin(), f.holders.cend(),
+                                        [&f](const DeviceHolder& h) { return !isSimulator(h, f); });
+    if (f.exists && !othersHold && !(f.lock && f.lock->processAlive))
+        findings.append({Verdict::Ok, kNotBusy, {device}});
+    if (f.brlttyInstalled)
+        findings.append({Verdict::Problem, kBrltty, {}});
+    if (f.modemManagerInstalled)
+        findings.append({Verdict::Note, kModemManager, {}});
+    return findings;
+}
+
+QList<Finding> ConnectionCheck::lineFindings(const CheckTarget& target,
+                                             const LineTestResult& result,
+                                             const DeviceFacts& facts) {
+    QList<Finding> findings;
+    if (!result.open.ok) {
+        findings.append({Verdict::Problem, kNotOpened, {target.device, result.open.reason}});
+        return findings;
+    }
+    if (result.lowLatency == LowLatency::On) {
+        findings.append({Verdict::Ok, kLowLatencyOn, {target.device}});
+    } else if (result.lowLatency == LowLatency::Refused) {
+        const QString fix =
+            facts.latencyTimerPath.isEmpty()
+                ? QStringLiteral("sudo setserial %1 low_latency").arg(target.device)
+                : QStringLiteral("echo 1 | sudo tee %1").arg(facts.latencyTimerPath);
+        findings.append({Verdict::Note, kLowLatencyOff, {target.device, fix}});
+    }
+    const QString axis = QString::number(target.axis);
+    const QString baud = QString::number(target.baud);
+    if (result.answered) {
+        const QString version = QStringLiteral("%1.%2")
+                                    .arg(result.driverVersion / 100)
+                                    .arg(result.driverVersion % 100, 2, 10, QLatin1Char('0'));
+        findings.append({Verdict::Ok, kAnswered, {axis, baud, version}});
+    } else {
+        findings.append({Verdict::Problem, kSilent, {axis, baud}});
+    }
+    return findings;
+}
+
+QList<Finding> ConnectionCheck::run(const CheckTarget& target) const {
+    const DeviceFacts facts = facts_(target.device);
+    QList<Finding> findings = deviceFindings(target.device, facts);
+    // Every drive ignores a command to all axes; there is nothing to test then.
+    const bool triable = !facts.applies || (facts.exists && facts.mayOpen);
+    if (!triable || target.axis == wire::AllAxes)
+        return findings;
+    const LineTestResult line = lineTest_(target);
+    if (line.answered) {
+        // Another program has the device open or locked as well, yet the drive answers: worth
+        // knowing, not a fault (the simulator holds its own line this way).
+        for (Finding& finding : findings) {
+            if (finding.textId == kBusy || finding.textId == kLiveLock)
+                finding.verdict = Verdict::Note;
+        }
+    }
+    return findings + lineFindings(target, line, facts);
+}
+
+bool ConnectionCheck::hasProblem(const QList<Finding>& findings) {
+    return std::any_of(findings.cbegin(), findings.cend(),
+                       [](const Finding& f) { return f.verdict == Verdict::Problem; });
+}
+
+bool ConnectionCheck::driveSilent(const QList<Finding>& findings) {
+    return std::any_of(findings.cbegin(), findings.cend(),
+                       [](const Finding& f) { return f.textId == kSilent; });
+}
+
+}  // namespace velora

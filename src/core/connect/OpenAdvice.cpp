@@ -1,0 +1,17 @@
+#include "core/connect/OpenAdvice.h"
+
+#include "core/connect/ConnectionCheck.h"
+
+namespace velora {
+
+QString openFailureAdvice(const QString& device, const DeviceFacts& facts, int languageId) {
+    // The first problem is the likely cause: a missing device before its rights, a lock before
+    // a holder.
+    for (const Finding& finding : ConnectionCheck::deviceFindings(device, facts)) {
+        if (finding.verdict == Finding::Verdict::Problem)
+            return finding.text(languageId);
+    }
+    return QString();
+}
+
+}  // namespace velora

@@ -1,0 +1,49 @@
+#include "core/link/LinkFailure.h"
+
+#include "core/link/LinkEngine.h"
+#include "core/shared/LinkState.h"
+#include "core/shared/TextCatalogue.h"
+
+namespace velora::linkfailure {
+
+namespace {
+
+// The catalogue's word for the failure, then the detail, then after a blank line the advice.
+QString message(const LinkEngine& engine, const QString& detail, int advice) {
+    const int lang = engine.state().LanguageId;
+    return TextCatalogue::text(lang, 1704) + QLatin1Char('\n') + detail + QStringLiteral("\n\n") +
+           TextCatalogue::text(lang, advice);
+}
+
+}  // namespace
+
+QString request(const LinkEngine& engine) {
+    return engine.state().LastCommand.mid(1);
+}
+
+QString noAnswerDetail(const LinkEngine& engine) {
+    const LinkState& s = engine.state();
+    return TextCatalogue::text(s.LanguageId, 1741)
+        .arg(request(engine))
+        .arg(s.AxisNumber)
+        .arg(s.BaudRate, engine.device())
+        .arg(s.RetryCount);
+}
+
+QString noAnswer(const LinkEngine& engine) {
+    return message(engine, noAnswerDetail(engine), 1743);
+}
+
+QString unreadableReply(const LinkEngine& engine, const QString& reply) {
+    const LinkState& s = engine.state();
+    // Enough of a long reply to recognise it; the trace holds all of it.
+    constexpr int Shown = 40;
+    const QString shown = reply.size() > Shown ? reply.left(Shown) + QStringLiteral("...") : reply;
+    const QString detail = TextCatalogue::text(s.LanguageId, 1742)
+                               .arg(request(engine))
+                               .arg(s.AxisNumber)
+                               .arg(s.BaudRate, engine.device(), shown);
+    return message(engine, detail, 1744);
+}
+
+}  // namespace velora::linkfailure

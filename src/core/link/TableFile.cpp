@@ -1,0 +1,47 @@
+#include "core/link/TableFile.h"
+
+#include "core/link/LinkEngine.h"
+#include "core/shared/BoundedLineReader.h"
+#include "core/shared/LinkState.h"
+#include "core/shared/SafeFileWrite.h"
+#include "core/shared/TextCatalogue.h"
+
+namespace velora::tablefile {
+
+namespace {
+
+constexpr int FailureText = 1724;
+constexpr int FailureCaption = 1725;
+
+}  // namespace
+
+void showError(LinkEngine& engine, int text, int caption) {
+    const int lang = engine.state().LanguageId;
+    engine.showError(TextCatalogue::text(lang, text), TextCatalogue::text(lang, caption));
+}
+
+bool write(LinkEngine& engine, const QString& path, const QByteArray& content) {
+    if (path.isEmpty())
+        return false;
+    if (writeFileSafely(path, content))
+        return true;
+    showError(engine, FailureText, FailureCaption);
+    return false;
+}
+
+bool open(LinkEngine& engine, BoundedLineReader& file, const QString& path,
+          const QByteArray& identification, int wrongText, int wrongCaption) {
+    const std::optional<QByteArray> first =
+        file.open(path) == BoundedLineReader::OpenResult::Ok ? file.next() : std::nullopt;
+    if (!first) {
+        showError(engine, FailureText, FailureCaption);
+        return false;
+    }
+    if (*first != identification) {
+        showError(engine, wrongText, wrongCaption);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace velora::tablefile

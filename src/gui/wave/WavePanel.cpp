@@ -1,0 +1,251 @@
+#include "gui/wave/WavePanel.h"
+
+#include "core/shared/TextCatalogue.h"
+#include "core/shared/WaveMonSettings.h"
+#include "core/shared/WaveStore.h"
+#include "core/wave/WaveScale.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace velora {
+
+namespace {
+
+template <typename W>
+W* named(W* widget, const QString& name) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+QString indexed(const char* name, int i) {
+    return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(i);
+}
+
+QComboBox* combo(QWidget* parent, const QString& name, bool editable = false) {
+    auto* box = named(new QComboBox(parent), name);
+    box->setEditable(editable);
+    if (editable) {
+        // The list keeps exactly its entries: a typed number is limited by the window when the
+        // box is left, never added as an entry that could later be chosen unchecked. Without
+        // completion "5" stays 5 and does not become the entry "50".
+        box->setInsertPolicy(QComboBox::NoInsert);
+        box->setCompleter(nullptr);
+    }
+    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    return box;
+}
+
+template <std::size_t N>
+QStringList numbers(const std::array<int, N>& list) {
+    QStringList texts;
+    for (const int v : list)
+        texts << QString::number(v);
+    return texts;
+}
+
+}  // namespace
+
+WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
+    PictEnable = named(new QWidget(this), QStringLiteral("PictEnable"));
+    auto* column = new QVBoxLayout(PictEnable);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(4);
+    const auto labelled = [](QGridLayout* grid, int r, QLabel* label, QWidget* box,
+                             QWidget* extra = nullptr) {
+        label->setBuddy(box);
+        grid->addWidget(label, r, 0);
+        grid->addWidget(box, r, 1);
+        if (extra)
+            grid->addWidget(extra, r, 2);
+    };
+    const auto frame = [this, column](const QString& name) {
+        auto* box = named(new QGroupBox(PictEnable), name);
+        column->addWidget(box);
+        auto* grid = new QGridLayout(box);
+        grid->setContentsMargins(6, 4, 6, 4);
+        grid->setVerticalSpacing(3);
+        return std::pair{box, grid};
+    };
+    for (int i = 0; i < 4; ++i)
+        Label[static_cast<std::size_t>(i)] =
+            named(new QLabel(PictEnable), QStringLiteral("Label%1").arg(i + 1));
+
+    auto [trigger, tGrid] = frame(QStringLiteral("Frame1"));
+    Frame1 = trigger;
+    CmbTrig = combo(Frame1, QStringLiteral("CmbTrig"));
+    CmbLgcSel = combo(Frame1, QStringLiteral("CmbLgcSel"));
+    CmbEdge = combo(Frame1, QStringLiteral("CmbEdge"));
+    ImgEdge = named(new QToolButton(Frame1), QStringLiteral("ImgEdge"));
+    ImgEdge->setIconSize(QSize(24, 24));
+    labelled(tGrid, 0, Label[0], CmbTrig);
+    labelled(tGrid, 1, Label[1], CmbLgcSel);
+    labelled(tGrid, 2, Label[2], CmbEdge, ImgEdge);
+
+    auto [horizontal, hGrid] = frame(QStringLiteral("Frame3"));
+    Frame3 = horizontal;
+    CmbTimeScale = combo(Frame3, QStringLiteral("CmbTimeScale"));
+    CmbTimeScale->addItems(numbers(wave::TimeScaleMs));
+    CmbTrigPos = combo(Frame3, QStringLiteral("CmbTrigPos"), true);
+    CmbTrigPos->addItems({QStringLiteral("20"), QStringLiteral("50"), QStringLiteral("80")});
+    Label11 = named(new QLabel(Frame3), QStringLiteral("Label11"));
+    Label12 = named(new QLabel(Frame3), QStringLiteral("Label12"));
+    labelled(hGrid, 0, Label11, CmbTimeScale);
+    labelled(hGrid, 1, Label12, CmbTrigPos);
+
+    const QStringList zeroList{QStringLiteral("20"), QStringLiteral("50"), QStringLiteral("80")};
+    auto [velocity, vGrid] = frame(QStringLiteral("Frame2"));
+    Frame2 = velocity;
+    CmbVelScale = combo(Frame2, QStringLiteral("CmbVelScale"));
+    CmbVelScale->addItems(numbers(wave::VelScaleRpm));
+    CmbVelZero = combo(Frame2, QStringLiteral("CmbVelZero"), true);
+    CmbVelZero->addItems(zeroList);
+    Label5 = named(new QLabel(Frame2), QStringLiteral("Label5"));
+    Label8 = named(new QLabel(Frame2), QStringLiteral("Label8"));
+    labelled(vGrid, 0, Label5, CmbVelScale);
+    labelled(vGrid, 1, Label8, CmbVelZero);
+
+    auto [torque, qGrid] = frame(QStringLiteral("Frame4"));
+    Frame4 = torque;
+    CmbTqScale = combo(Frame4, QStringLiteral("CmbTqScale"));
+    CmbTqScale->addItems(numbers(wave::TqScalePercent));
+    CmbTqZero = combo(Frame4, QStringLiteral("CmbTqZero"), true);
+    CmbTqZero->addItems(zeroList);
+    Label9 = named(new QLabel(Frame4), QStringLiteral("Label9"));
+    Label10 = named(new QLabel(Frame4), QStringLiteral("Label10"));
+    labelled(qGrid, 0, Label9, CmbTqScale);
+    labelled(qGrid, 1, Label10, CmbTqZero);
+
+    auto* display = new QGridLayout;
+    column->addLayout(display);
+    CmbWave = combo(PictEnable, QStringLiteral("CmbWave"));
+    ImgWave = named(new QToolButton(PictEnable), QStringLiteral("ImgWave"));
+    ImgWave->setIconSize(QSize(24, 24));
+    labelled(display, 0, Label[3], CmbWave, ImgWave);
+
+    auto* buttons = new QGridLayout;
+    column->addLayout(buttons);
+    for (int i = 0; i < 2; ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        CmdFile[k] = named(new QPushButton(PictEnable), indexed("CmdFile", i));
+        CmdImage[k] = named(new QPushButton(PictEnable), indexed("CmdImage", i));
+        buttons->addWidget(CmdFile[k], 0, i);
+        buttons->addWidget(CmdImage[k], 1, i);
+    }
+    CmdRun = named(new QPushButton(PictEnable), QStringLiteral("CmdRun"));
+    CmdRun->setDefault(true);
+    buttons->addWidget(CmdRun, 2, 0, 1, 2);
+    column->addStretch(1);
+
+    auto* sideColumn = new QVBoxLayout(this);
+    sideColumn->setContentsMargins(0, 0, 0, 0);
+    sideColumn->addWidget(PictEnable, 1);
+    PictYomitorichu = named(new QFrame(this), QStringLiteral("PictYomitorichu"));
+    PictYomitorichu->setFrameShape(QFrame::StyledPanel);
+    PictYomitorichu->setAutoFillBackground(true);
+    QPalette busy = PictYomitorichu->palette();
+    busy.setColor(QPalette::Window, QColor(255, 244, 200));
+    busy.setColor(QPalette::WindowText, Qt::black);
+    PictYomitorichu->setPalette(busy);
+    auto* status = new QVBoxLayout(PictYomitorichu);
+    status->setContentsMargins(6, 4, 6, 4);
+    LblJap = named(new QLabel(PictYomitorichu), QStringLiteral("LblJap"));
+    LblEng = named(new QLabel(PictYomitorichu), QStringLiteral("LblEng"));
+    LblT = named(new QLabel(PictYomitorichu), QStringLiteral("LblT"));
+    for (QLabel* label : {LblJap, LblEng, LblT}) {
+        // The marks grow with the record and a status may be long: they take the width there
+        // is rather than widening the panel, which would squeeze the traces and the settings.
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        status->addWidget(label);
+    }
+    LblEng->hide();  // kept for the second language line, empty in this program
+    // Laid over the panel, outside its layout: showing it takes no height from the settings.
+    PictYomitorichu->installEventFilter(this);
+    CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
+    sideColumn->addWidget(CmdCancel);
+}
+
+void WavePanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeBusyPanel();
+}
+
+bool WavePanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == PictYomitorichu && event->type() == QEvent::Show)
+        placeBusyPanel();
+    return QWidget::eventFilter(watched, event);
+}
+
+void WavePanel::placeBusyPanel() {
+    // Over the foot of the settings, just above Cancel: they are locked while a capture runs.
+    const int height = PictYomitorichu->sizeHint().height();
+    const QRect settings = PictEnable->geometry();
+    PictYomitorichu->setGeometry(settings.left(), settings.bottom() + 1 - height, settings.width(),
+                                 height);
+    PictYomitorichu->raise();
+}
+
+void WavePanel::LanguageSelect(int languageId) {
+    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
+    for (int i = 0; i < 4; ++i)
+        Label[static_cast<std::size_t>(i)]->setText(text(1300 + i));
+    Frame1->setTitle(text(1337));
+    Frame2->setTitle(text(1304));
+    Frame3->setTitle(text(1305));
+    Frame4->setTitle(text(1306));
+    Label5->setText(text(1307));
+    Label8->setText(text(1308));
+    Label9->setText(text(1309));
+    Label10->setText(text(1310));
+    Label11->setText(text(1311));
+    Label12->setText(text(1312));
+    CmdFile[0]->setText(text(1313));
+    CmdFile[1]->setText(text(1314));
+    CmdCancel->setText(text(1315));
+    CmdRun->setText(text(1880));
+    CmdImage[0]->setText(text(1881));
+    CmdImage[1]->setText(text(1882));
+    ImgEdge->setToolTip(text(1322));
+    ImgEdge->setAccessibleName(text(1322));
+    ImgWave->setToolTip(text(1323));
+    ImgWave->setAccessibleName(text(1323));
+}
+
+void WavePanel::fillLists(int languageId, const WaveMonSettings& w) {
+    // Refilled in each language, keeping the choices.
+    const auto fill = [languageId](QComboBox* box, int first, int count, int index) {
+        const QSignalBlocker block(box);
+        box->clear();
+        for (int i = 0; i < count; ++i)
+            box->addItem(TextCatalogue::text(languageId, first + i));
+        box->setCurrentIndex(index);
+    };
+    fill(CmbTrig, 1324, wave::SourceCount, w.Trig);
+    fill(CmbLgcSel, 1328, wave::LogicCount, w.LgcSel);
+    fill(CmbEdge, 1331, wave::EdgeCount, w.Edge);
+    fill(CmbWave, 1335, wave::WaveModeCount, w.Wave);
+}
+
+QString WavePanel::settingsLine(int lang, const WaveStore& store) const {
+    const auto text = [lang](int id) { return TextCatalogue::text(lang, id); };
+    // Three lines: the channels, the time axis, the trigger.
+    return QStringLiteral(
+               "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10\n%11 %12 %13, %14 %15\n"
+               "%16: %17 %18, %19 %20")
+        .arg(text(1304), text(1307), CmbVelScale->currentText(), text(1308))
+        .arg(store.ZeroLevel[0])
+        .arg(text(1306), text(1309), CmbTqScale->currentText(), text(1310))
+        .arg(store.ZeroLevel[1])
+        .arg(text(1305), text(1311), CmbTimeScale->currentText(), text(1312))
+        .arg(wave::percentFromTriggerPosition(store.TriggerPosition))
+        .arg(text(1891), CmbTrig->currentText(), CmbEdge->currentText(), text(1301),
+             CmbLgcSel->currentText());
+}
+
+}  // namespace velora
