@@ -1,7 +1,7 @@
+#include "core/link/ClampReport.h"
 #include "core/params/ParamCatalogue.h"
 #include "core/params/ParamFile.h"
 #include "core/params/ParamTransfer.h"
-#include "core/shared/ClampReport.h"
 #include "core/shared/ParamTables.h"
 #include "core/shared/TextCatalogue.h"
 #include "support/LinkRig.h"

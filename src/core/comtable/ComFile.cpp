@@ -1,11 +1,11 @@
 #include "core/comtable/ComFile.h"
 
 #include "core/comtable/ComEdit.h"
+#include "core/link/ClampReport.h"
 #include "core/link/DriveRules.h"
 #include "core/link/LinkEngine.h"
 #include "core/link/TableFile.h"
 #include "core/shared/BoundedLineReader.h"
-#include "core/shared/ClampReport.h"
 #include "core/shared/ComTables.h"
 #include "core/shared/FileNumber.h"
 #include "core/shared/LinkState.h"

@@ -1,8 +1,8 @@
 #include "core/params/ParamFile.h"
 
+#include "core/link/ClampReport.h"
 #include "core/link/DriveRules.h"
 #include "core/link/LinkEngine.h"
-#include "core/shared/ClampReport.h"
 #include "core/shared/LinkState.h"
 #include "core/shared/NumericText.h"
 #include "core/shared/ParamTables.h"

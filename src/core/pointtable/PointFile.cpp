@@ -1,10 +1,10 @@
 #include "core/pointtable/PointFile.h"
 
+#include "core/link/ClampReport.h"
 #include "core/link/DriveRules.h"
 #include "core/link/LinkEngine.h"
 #include "core/link/TableFile.h"
 #include "core/shared/BoundedLineReader.h"
-#include "core/shared/ClampReport.h"
 #include "core/shared/FileNumber.h"
 #include "core/shared/LinkState.h"
 #include "core/shared/PointTables.h"

@@ -1,4 +1,4 @@
-#include "core/shared/ClampReport.h"
+#include "core/link/ClampReport.h"
 
 #include "core/link/LinkEngine.h"
 #include "core/shared/LinkState.h"
