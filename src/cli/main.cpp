@@ -93,15 +93,9 @@ const CliCommand* findCommand(const QList<CliCommand>& commands, const QStringLi
     return best;
 }
 
-}  // namespace
-
-int main(int argc, char* argv[]) {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("velora-cli"));
-    const QList<CliCommand> commands = cliCommands();
-
-    QCommandLineParser parser;
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+// Every option of every command on one parser; returns the names of the link options, which
+// every command takes.
+QSet<QString> addOptions(QCommandLineParser& parser, const QList<CliCommand>& commands) {
     QSet<QString> globalNames;
     for (const QCommandLineOption& o : linkOptions()) {
         parser.addOption(o);
@@ -118,6 +112,68 @@ int main(int argc, char* argv[]) {
                 added.insert(name);
         }
     }
+    return globalNames;
+}
+
+// Why the command line does not fit the command (its argument count, an option it does not
+// take); empty when it fits.
+QString misfit(const QCommandLineParser& parser, const CliCommand& command, const QStringList& rest,
+               QSet<QString> allowed) {
+    if (rest.size() != command.argumentCount) {
+        return QStringLiteral("\"%1\" is used as: %2.")
+            .arg(command.words.join(QLatin1Char(' ')), command.synopsis);
+    }
+    for (const QCommandLineOption& o : command.options) {
+        for (const QString& name : o.names())
+            allowed.insert(name);
+    }
+    for (const QString& name : parser.optionNames()) {
+        if (!allowed.contains(name)) {
+            return QStringLiteral("\"%1\" takes no option --%2.")
+                .arg(command.words.join(QLatin1Char(' ')), name);
+        }
+    }
+    return {};
+}
+
+// The link the options ask for; error names what is wrong when an option's value is not one
+// the link takes.
+LinkChoice linkChoice(const QCommandLineParser& parser, QString& error) {
+    LinkChoice choice;
+    choice.port = parser.value(Port);
+    choice.usb = parser.isSet(Usb);
+    if (parser.isSet(Axis)) {
+        bool ok = false;
+        const int axis = parser.value(Axis).toInt(&ok);
+        if (!ok || axis < 0 || axis > 15)
+            error = QStringLiteral("--axis takes a number 0-15.");
+        choice.axis = axis;
+    }
+    if (parser.isSet(Baud)) {
+        static const QStringList rates{QStringLiteral("9600"), QStringLiteral("19200"),
+                                       QStringLiteral("38400"), QStringLiteral("57600"),
+                                       QStringLiteral("115200")};
+        const QString baud = parser.value(Baud);
+        const qsizetype index = rates.indexOf(baud);
+        if (error.isEmpty() && (index < 0 || (choice.usb && index > 2))) {
+            error = choice.usb ? QStringLiteral("--baud with --usb is 9600, 19200 or 38400.")
+                               : QStringLiteral("--baud is 9600, 19200, 38400, 57600 or 115200.");
+        }
+        choice.baud = baud;
+    }
+    return choice;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("velora-cli"));
+    const QList<CliCommand> commands = cliCommands();
+
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QSet<QString> globalNames = addOptions(parser, commands);
     if (!parser.parse(QCoreApplication::arguments()))
         return usage(parser.errorText() + QLatin1Char('.'));
     if (parser.isSet(Help) || parser.positionalArguments().isEmpty()) {
@@ -130,45 +186,12 @@ int main(int argc, char* argv[]) {
     if (!command)
         return usage(QStringLiteral("Unknown command \"%1\".").arg(words.join(QLatin1Char(' '))));
     const QStringList rest = words.mid(command->words.size());
-    if (rest.size() != command->argumentCount) {
-        return usage(QStringLiteral("\"%1\" is used as: %2.")
-                         .arg(command->words.join(QLatin1Char(' ')), command->synopsis));
-    }
-    QSet<QString> allowed = globalNames;
-    for (const QCommandLineOption& o : command->options) {
-        for (const QString& name : o.names())
-            allowed.insert(name);
-    }
-    for (const QString& name : parser.optionNames()) {
-        if (!allowed.contains(name)) {
-            return usage(QStringLiteral("\"%1\" takes no option --%2.")
-                             .arg(command->words.join(QLatin1Char(' ')), name));
-        }
-    }
-
-    LinkChoice choice;
-    choice.port = parser.value(Port);
-    choice.usb = parser.isSet(Usb);
-    if (parser.isSet(Axis)) {
-        bool ok = false;
-        const int axis = parser.value(Axis).toInt(&ok);
-        if (!ok || axis < 0 || axis > 15)
-            return usage(QStringLiteral("--axis takes a number 0-15."));
-        choice.axis = axis;
-    }
-    if (parser.isSet(Baud)) {
-        static const QStringList rates{QStringLiteral("9600"), QStringLiteral("19200"),
-                                       QStringLiteral("38400"), QStringLiteral("57600"),
-                                       QStringLiteral("115200")};
-        const QString baud = parser.value(Baud);
-        const qsizetype index = rates.indexOf(baud);
-        if (index < 0 || (choice.usb && index > 2)) {
-            return usage(choice.usb ? QStringLiteral("--baud with --usb is 9600, 19200 or 38400.")
-                                    : QStringLiteral("--baud is 9600, 19200, 38400, 57600 or "
-                                                     "115200."));
-        }
-        choice.baud = baud;
-    }
+    if (const QString why = misfit(parser, *command, rest, globalNames); !why.isEmpty())
+        return usage(why);
+    QString error;
+    const LinkChoice choice = linkChoice(parser, error);
+    if (!error.isEmpty())
+        return usage(error);
 
     CliSession session(choice);
     if (parser.isSet(Trace))
