@@ -73,22 +73,31 @@ QString jsonLine(const MonitorSnapshot& v) {
     return QString::fromUtf8(QJsonDocument(line).toJson(QJsonDocument::Compact));
 }
 
-ExitCode runMonitor(CliSession& session, const CliArgs& args) {
-    int count = 0;  // 0: until interrupted
+// --count (0: until interrupted) and --format; false after telling the user what is wrong.
+bool readOptions(CliSession& session, const CliArgs& args, int& count, bool& csv) {
+    count = 0;
     if (args.isSet(Count)) {
         bool ok = false;
         count = args.value(Count).toInt(&ok);
         if (!ok || count < 1) {
             session.fail(ExitCode::Usage, QStringLiteral("--count takes a whole number from 1."));
-            return ExitCode::Usage;
+            return false;
         }
     }
     const QString format = args.isSet(Format) ? args.value(Format) : QStringLiteral("csv");
     if (format != QLatin1String("csv") && format != QLatin1String("json")) {
         session.fail(ExitCode::Usage, QStringLiteral("--format is csv or json."));
-        return ExitCode::Usage;
+        return false;
     }
-    const bool csv = format == QLatin1String("csv");
+    csv = format == QLatin1String("csv");
+    return true;
+}
+
+ExitCode runMonitor(CliSession& session, const CliArgs& args) {
+    int count = 0;
+    bool csv = true;
+    if (!readOptions(session, args, count, csv))
+        return ExitCode::Usage;
     if (const ExitCode opened = session.openLink(); opened != ExitCode::Ok)
         return opened;
     // A silent drive fails here with a clear message; the monitor chain itself never asks.
