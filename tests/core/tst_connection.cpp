@@ -1,6 +1,7 @@
 #include "core/connect/AdapterWatch.h"
 #include "core/connect/ConnectionCheck.h"
 #include "core/link/LinkEngine.h"
+#include "core/link/TransportFactory.h"
 #include "core/shared/Global.h"
 #include "core/shared/TextCatalogue.h"
 #include "sim/SimulatedLine.h"
@@ -110,8 +111,7 @@ private slots:
     // The facts of the real system: a device that is not there, and a pty another process holds.
     void realSystemMissingAndBusy() {
         const QString missing = QStringLiteral("/dev/ttyVeloraNone");
-        LinkState link;
-        const OpenResult opened = createTransport(BackEnd::Rs232, link)->open(missing, 9600);
+        const OpenResult opened = runLineTest(missing, 0, 9600).open;
         QVERIFY(!opened.ok);
         QVERIFY2(opened.reason.endsWith(TextCatalogue::text(0, 1943).arg(missing)),
                  qPrintable(opened.reason));  // the open failure says what to do

@@ -1,7 +1,8 @@
 #include "core/connect/LineTest.h"
 
+#include "core/connect/OpenAdvice.h"
 #include "core/connect/PortSearch.h"
-#include "core/link/SerialPortTransport.h"
+#include "core/link/TransportFactory.h"
 #include "core/link/WireFormat.h"
 #include "core/shared/LinkState.h"
 
@@ -17,10 +18,11 @@ LineTestResult runLineTest(const QString& device, int axis, int baud, int timeou
     state.BaudRate = QString::number(baud);
     const std::unique_ptr<Transport> port = createTransport(BackEnd::Rs232, state);
     result.open = port->open(device, baud);
-    if (!result.open.ok)
+    if (!result.open.ok) {
+        result.open.advise(adviceForFailedOpen(result.open, state.LanguageId));
         return result;
-    if (const auto* serial = dynamic_cast<const SerialPortTransport*>(port.get()))
-        result.lowLatency = serial->lowLatency();
+    }
+    result.lowLatency = port->lowLatency();
 
     const QString expected = wire::axisCharacter(axis) + QStringLiteral("PR");
     QEventLoop loop;

@@ -1,6 +1,8 @@
 #include "core/connect/OpenAdvice.h"
 
 #include "core/connect/ConnectionCheck.h"
+#include "core/link/LinkEngine.h"
+#include "core/shared/LinkState.h"
 
 namespace velora {
 
@@ -12,6 +14,18 @@ QString openFailureAdvice(const QString& device, const DeviceFacts& facts, int l
             return finding.text(languageId);
     }
     return QString();
+}
+
+QString adviceForFailedOpen(const OpenResult& failed, int languageId) {
+    if (failed.error != OpenError::Port)
+        return QString();
+    return openFailureAdvice(failed.device, gatherDeviceFacts(failed.device), languageId);
+}
+
+void adviseOpenFailures(LinkEngine& engine) {
+    engine.setOpenAdvice([&link = engine.state()](const OpenResult& failed) {
+        return adviceForFailedOpen(failed, link.LanguageId);
+    });
 }
 
 }  // namespace velora
