@@ -1,5 +1,6 @@
 #include "core/connect/AdapterWatch.h"
 #include "core/connect/ConnectionCheck.h"
+#include "core/connect/OpenAdvice.h"
 #include "core/link/LinkEngine.h"
 #include "core/link/TransportFactory.h"
 #include "core/shared/Global.h"
@@ -111,7 +112,13 @@ private slots:
     // The facts of the real system: a device that is not there, and a pty another process holds.
     void realSystemMissingAndBusy() {
         const QString missing = QStringLiteral("/dev/ttyVeloraNone");
-        const OpenResult opened = runLineTest(missing, 0, 9600).open;
+        LinkState link;
+        FakeLinkUi ui;
+        LinkEngine engine(link, ui, LinkEngine::Ticks::Manual);
+        adviseOpenFailures(engine);
+        engine.setTransport(createTransport(BackEnd::Rs232, link));
+        engine.setDeviceOverride(missing);
+        const OpenResult opened = engine.reopen();
         QVERIFY(!opened.ok);
         QVERIFY2(opened.reason.endsWith(TextCatalogue::text(0, 1943).arg(missing)),
                  qPrintable(opened.reason));  // the open failure says what to do

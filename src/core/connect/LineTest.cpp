@@ -1,6 +1,5 @@
 #include "core/connect/LineTest.h"
 
-#include "core/connect/OpenAdvice.h"
 #include "core/connect/PortSearch.h"
 #include "core/link/TransportFactory.h"
 #include "core/link/WireFormat.h"
@@ -18,10 +17,8 @@ LineTestResult runLineTest(const QString& device, int axis, int baud, int timeou
     state.BaudRate = QString::number(baud);
     const std::unique_ptr<Transport> port = createTransport(BackEnd::Rs232, state);
     result.open = port->open(device, baud);
-    if (!result.open.ok) {
-        result.open.advise(adviceForFailedOpen(result.open, state.LanguageId));
+    if (!result.open.ok)
         return result;
-    }
     result.lowLatency = port->lowLatency();
 
     const QString expected = wire::axisCharacter(axis) + QStringLiteral("PR");
