@@ -51,7 +51,7 @@ double portSearchSeconds() {
     engine.setDeviceOverride(line->devicePath());
     engine.start(250);
     global.Link.Online = true;
-    PortSearch search(engine, serialTransports());
+    PortSearch search(engine, createTransport);
     QObject::connect(&params, &ParamTransfer::portSearchSucceeded, [&] { search.found(); });
     QEventLoop loop;
     bool found = false;

@@ -14,6 +14,7 @@
 #include "core/link/FrameTrace.h"
 #include "core/link/LinkEngine.h"
 #include "core/link/ReplyDispatcher.h"
+#include "core/link/TransportFactory.h"
 #include "core/monitor/RealTimeMonitor.h"
 #include "core/shared/Global.h"
 #include "core/wave/WaveCapture.h"

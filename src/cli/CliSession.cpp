@@ -1,5 +1,6 @@
 #include "cli/CliSession.h"
 
+#include "core/connect/OpenAdvice.h"
 #include "core/link/FrameTrace.h"
 #include "core/link/LinkFailure.h"
 #include "core/link/TransportFactory.h"
@@ -46,6 +47,7 @@ CliSession::CliSession(const LinkChoice& choice, QObject* parent)
     if (choice.baud)
         s.BaudRate = *choice.baud;
     engine_.setDeviceOverride(choice.port);
+    adviseOpenFailures(engine_);
     ui_.setFailureHandler([this](ExitCode code, const QString& line) { fail(code, line); });
     ui_.setNoticeHandler([](const QString& line) { out(line); });
     receiving_.setInterval(100);
@@ -64,7 +66,7 @@ CliSession::~CliSession() {
 
 ExitCode CliSession::openLink(bool supervised) {
     LinkState& s = global_.Link;
-    applyBackEnd(engine_, serialTransports());
+    applyBackEnd(engine_, createTransport);
     if (supervised) {
         // The polling timer without the start-up's first poll: its reply would end the
         // supervision of the command that follows it.

@@ -1,6 +1,8 @@
 #include "core/connect/AdapterWatch.h"
 #include "core/connect/ConnectionCheck.h"
+#include "core/connect/OpenAdvice.h"
 #include "core/link/LinkEngine.h"
+#include "core/link/TransportFactory.h"
 #include "core/shared/Global.h"
 #include "core/shared/TextCatalogue.h"
 #include "sim/SimulatedLine.h"
@@ -111,7 +113,12 @@ private slots:
     void realSystemMissingAndBusy() {
         const QString missing = QStringLiteral("/dev/ttyVeloraNone");
         LinkState link;
-        const OpenResult opened = createTransport(BackEnd::Rs232, link)->open(missing, 9600);
+        FakeLinkUi ui;
+        LinkEngine engine(link, ui, LinkEngine::Ticks::Manual);
+        adviseOpenFailures(engine);
+        engine.setTransport(createTransport(BackEnd::Rs232, link));
+        engine.setDeviceOverride(missing);
+        const OpenResult opened = engine.reopen();
         QVERIFY(!opened.ok);
         QVERIFY2(opened.reason.endsWith(TextCatalogue::text(0, 1943).arg(missing)),
                  qPrintable(opened.reason));  // the open failure says what to do

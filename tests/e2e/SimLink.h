@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/link/LinkEngine.h"
+#include "core/link/TransportFactory.h"
 #include "core/shared/Global.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeLinkUi.h"

@@ -14,8 +14,7 @@ namespace velora::test {
 
 // The main window on the simulated drive through the real serial back-end.
 struct DriveRig : ShellRig {
-    explicit DriveRig(sim::SimulatedLine& line)
-        : ShellRig({}, serialTransports(), line.devicePath()) {
+    explicit DriveRig(sim::SimulatedLine& line) : ShellRig({}, createTransport, line.devicePath()) {
         QObject::connect(&line, &sim::SimulatedLine::commandReceived,
                          [this](const QString& text) { received << text; });
         start();

@@ -282,7 +282,7 @@ private slots:
         QVERIFY(drive.memory().writeParam(43, 1, true));  // 19200 baud after a restart
         QVERIFY(drive.reset() == sim::DriveModel::Refusal::None);
 
-        DialogRig rig({}, serialTransports(), line.devicePath());
+        DialogRig rig({}, createTransport, line.devicePath());
         rig.click(u"CmdSrch"_s);
         for (int i = 0; i < 200 && rig.messages.isEmpty(); ++i) {
             rig.engine().tick();

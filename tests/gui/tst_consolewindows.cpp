@@ -23,7 +23,7 @@ struct SimShell {
         QVERIFY2(line.open(), qPrintable(line.errorString()));
         QObject::connect(&line, &sim::SimulatedLine::commandReceived,
                          [this](const QString& text) { received << text; });
-        rig = std::make_unique<ShellRig>(QMap<QString, QString>{}, serialTransports(),
+        rig = std::make_unique<ShellRig>(QMap<QString, QString>{}, createTransport,
                                          line.devicePath());
         rig->start();
         // The chain alone until the drive is identified: a slot poll crossing the

@@ -89,7 +89,7 @@ private slots:
         options.fast = true;
         sim::SimulatedLine line(options);
         QVERIFY2(line.open(), qPrintable(line.errorString()));
-        ShellRig rig({}, serialTransports(), line.devicePath());
+        ShellRig rig({}, createTransport, line.devicePath());
         rig.start();
         auto* velocity = rig.find<QLabel>(QStringLiteral("LabelNumMon(4)"));
         auto* servoOn = rig.find<QLabel>(QStringLiteral("LabelStatus(0)"));

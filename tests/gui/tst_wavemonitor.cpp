@@ -101,7 +101,7 @@ private slots:
         sim::SimulatedLine line(options);
         QVERIFY2(line.open(), qPrintable(line.errorString()));
         // 25 ms/div: the record spans a quarter of a second.
-        ShellRig rig({{u"WaveMonSettings/TimeScale"_s, u"0"_s}}, serialTransports(),
+        ShellRig rig({{u"WaveMonSettings/TimeScale"_s, u"0"_s}}, createTransport,
                      line.devicePath());
         QStringList received;
         connect(&line, &sim::SimulatedLine::commandReceived, this,

@@ -14,7 +14,7 @@ namespace velora {
 // the settings store, the back-ends and the ticks.
 struct ShellSetup {
     SettingsStore settings;
-    TransportFactory transports = serialTransports();
+    TransportFactory transports = createTransport;
     LinkEngine::Ticks ticks = LinkEngine::Ticks::Timers;
     // A device that replaces the port number for this run (--port, --simulate).
     QString deviceOverride;

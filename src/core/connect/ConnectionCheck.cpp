@@ -1,6 +1,7 @@
 #include "core/connect/ConnectionCheck.h"
 
 #include "core/link/WireFormat.h"
+#include "core/shared/LinkState.h"
 
 namespace velora {
 
@@ -57,7 +58,10 @@ Finding accessFinding(const QString& device, const DeviceFacts& f) {
 
 ConnectionCheck::ConnectionCheck()
     : ConnectionCheck(&gatherDeviceFacts, [](const CheckTarget& target) {
-          return runLineTest(target.device, target.axis, target.baud);
+          LineTestResult result = runLineTest(target.device, target.axis, target.baud);
+          // In the language of the line test's own link, as the finding quotes it.
+          result.open.advise(adviceForFailedOpen(result.open, LinkState().LanguageId));
+          return result;
       }) {
 }
 
@@ -108,6 +112,23 @@ QList<Finding> ConnectionCheck::deviceFindings(const QString& device, const Devi
     if (f.modemManagerInstalled)
         findings.append({Verdict::Note, kModemManager, {}});
     return findings;
+}
+
+QString ConnectionCheck::openFailureAdvice(const QString& device, const DeviceFacts& facts,
+                                           int languageId) {
+    // The first problem is the likely cause: a missing device before its rights, a lock before
+    // a holder.
+    for (const Finding& finding : ConnectionCheck::deviceFindings(device, facts)) {
+        if (finding.verdict == Finding::Verdict::Problem)
+            return finding.text(languageId);
+    }
+    return QString();
+}
+
+QString ConnectionCheck::adviceForFailedOpen(const OpenResult& failed, int languageId) {
+    if (failed.error != OpenError::Port)
+        return QString();
+    return openFailureAdvice(failed.device, gatherDeviceFacts(failed.device), languageId);
 }
 
 QList<Finding> ConnectionCheck::lineFindings(const CheckTarget& target,

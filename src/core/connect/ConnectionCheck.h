@@ -36,6 +36,14 @@ public:
     // The findings about the device and the system alone.
     [[nodiscard]] static QList<Finding> deviceFindings(const QString& device,
                                                        const DeviceFacts& facts);
+    // The one line that tells a user what to do after a port failed to open: the group to join
+    // and the command, the lock file left behind and how to remove it, or the process holding
+    // the device. Empty when the facts suggest nothing.
+    [[nodiscard]] static QString openFailureAdvice(const QString& device, const DeviceFacts& facts,
+                                                   int languageId);
+    // That line for a port that would not open, from the facts of this system; empty when the
+    // opening failed otherwise (the port opened but refused its settings).
+    [[nodiscard]] static QString adviceForFailedOpen(const OpenResult& failed, int languageId);
     // The findings of a line test.
     [[nodiscard]] static QList<Finding> lineFindings(const CheckTarget& target,
                                                      const LineTestResult& result,

@@ -1,7 +1,7 @@
 #include "core/connect/LineTest.h"
 
 #include "core/connect/PortSearch.h"
-#include "core/link/SerialPortTransport.h"
+#include "core/link/TransportFactory.h"
 #include "core/link/WireFormat.h"
 #include "core/shared/LinkState.h"
 
@@ -19,8 +19,7 @@ LineTestResult runLineTest(const QString& device, int axis, int baud, int timeou
     result.open = port->open(device, baud);
     if (!result.open.ok)
         return result;
-    if (const auto* serial = dynamic_cast<const SerialPortTransport*>(port.get()))
-        result.lowLatency = serial->lowLatency();
+    result.lowLatency = port->lowLatency();
 
     const QString expected = wire::axisCharacter(axis) + QStringLiteral("PR");
     QEventLoop loop;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/connect/LowLatency.h"
+#include "core/link/LowLatency.h"
 #include "core/link/Transport.h"
 
 #include <optional>

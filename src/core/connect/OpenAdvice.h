@@ -1,15 +1,11 @@
 #pragma once
 
-#include "core/connect/DeviceFacts.h"
-
-#include <QString>
-
 namespace velora {
 
-// The one line that tells a user what to do after a port failed to open: the group to join and
-// the command, the lock file left behind and how to remove it, or the process holding the
-// device. Empty when the facts suggest nothing.
-[[nodiscard]] QString openFailureAdvice(const QString& device, const DeviceFacts& facts,
-                                        int languageId);
+class LinkEngine;
+
+// Has the engine follow the reason of every failed opening with the line that says what to do
+// (ConnectionCheck::adviceForFailedOpen), in the link's language.
+void adviseOpenFailures(LinkEngine& engine);
 
 }  // namespace velora

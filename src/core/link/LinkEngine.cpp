@@ -77,6 +77,8 @@ OpenResult LinkEngine::reopen() {
         transport_->close();
         const int baud = state_.baudRateValue() > 0 ? state_.baudRateValue() : 9600;
         lastOpen_ = transport_->open(device(), baud);
+        if (!lastOpen_.ok && openAdvice_)
+            lastOpen_.advise(openAdvice_(lastOpen_));
     }
     state_.PortOpen = lastOpen_.ok;
     return lastOpen_;

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] PollingCycle& polling() { return polling_; }
 
     // --- Port -----------------------------------------------------------------------------------
-    // Replaces the back-end (tests pass their own; the application passes createTransport()).
+    // Replaces the back-end (tests pass their own; the application passes createTransport).
     void setTransport(std::unique_ptr<Transport> transport);
     [[nodiscard]] Transport* transport() const { return transport_.get(); }
     // A device path that overrides the port number for this run (command line --port).
@@ -53,6 +53,9 @@ public:
     // Closes and opens the port again with the current port, back-end and baud rate.
     OpenResult reopen();
     [[nodiscard]] const OpenResult& lastOpen() const { return lastOpen_; }
+    // What to tell a user after a failed opening; its line follows the reason.
+    using OpenAdvice = std::function<QString(const OpenResult& failed)>;
+    void setOpenAdvice(OpenAdvice advice) { openAdvice_ = std::move(advice); }
 
     // --- Sending and receiving ------------------------------------------------------------------
     bool SendCommand(const QString& text) { return sender_.SendCommand(text); }
@@ -118,6 +121,7 @@ private:
     QTimer timer2_;
     QString deviceOverride_;
     OpenResult lastOpen_;
+    OpenAdvice openAdvice_;
     FrameTrace* trace_ = nullptr;
     std::function<QDateTime()> clock_ = [] { return QDateTime::currentDateTime(); };
     int pollIntervalMs_ = 250;

@@ -1,7 +1,5 @@
 #include "core/link/SerialPortTransport.h"
 
-#include "core/connect/DeviceFacts.h"
-#include "core/connect/OpenAdvice.h"
 #include "core/link/WireFormat.h"
 #include "core/shared/LinkState.h"
 
@@ -38,17 +36,15 @@ OpenResult SerialPortTransport::open(const QString& device, int baudRate) {
     result.device = device;
     lowLatency_ = LowLatency::NotApplicable;
     if (!port_.open(QIODevice::ReadWrite)) {
+        result.error = OpenError::Port;
         result.reason = port_.errorString();
-        const QString advice =
-            openFailureAdvice(device, gatherDeviceFacts(device), state().LanguageId);
-        if (!advice.isEmpty())
-            result.reason += QLatin1Char('\n') + advice;
         return result;
     }
     // Where the driver allows it; the link works without, only slower.
     if (isUsbAdapterDevice(device))
         lowLatency_ = requestLowLatency(port_.handle());
     if (!port_.setBaudRate(baudRate) || !configureFrame(device)) {
+        result.error = OpenError::Settings;
         result.reason = port_.errorString();
         port_.close();
         return result;

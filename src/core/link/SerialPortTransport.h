@@ -1,14 +1,13 @@
 #pragma once
 
-#include "core/connect/LowLatency.h"
 #include "core/link/Transport.h"
 
 #include <QSerialPort>
 
 namespace velora {
 
-// What both back-ends share: a QSerialPort at "<baud>, E, 8, 1" and opening with the reason
-// of a failure in words a user can act on.
+// What both back-ends share: a QSerialPort at "<baud>, E, 8, 1", opened with what failed and
+// the system's reason when it does not open.
 class SerialPortTransport : public Transport {
     Q_OBJECT
 public:
@@ -17,8 +16,7 @@ public:
     OpenResult open(const QString& device, int baudRate) override;
     void close() override;
     [[nodiscard]] bool isOpen() const override;
-    // The latency mode the adapter was opened in.
-    [[nodiscard]] LowLatency lowLatency() const { return lowLatency_; }
+    [[nodiscard]] LowLatency lowLatency() const override { return lowLatency_; }
 
 protected:
     [[nodiscard]] QSerialPort& port() { return port_; }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "core/link/LowLatency.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
-
-#include <memory>
 
 namespace velora {
 
@@ -13,11 +13,26 @@ struct LinkState;
 // Which serial back-end carries the link.
 enum class BackEnd { Rs232, UsbSerial };
 
-// What opening a port came to: the device tried and, on failure, the system's reason.
+// What failed when a port did not open.
+enum class OpenError {
+    None,
+    Port,      // the device could not be opened
+    Settings,  // the device opened but refused the rate or the framing
+};
+
+// What opening a port came to: the device tried and, on failure, what failed and the system's
+// reason. Above the link a line that says what to do may follow the reason.
 struct OpenResult {
     bool ok = false;
     QString device;
     QString reason;
+    OpenError error = OpenError::None;
+
+    // Puts advice on its own line after the reason; an empty one adds nothing.
+    void advise(const QString& advice) {
+        if (!advice.isEmpty())
+            reason += QLatin1Char('\n') + advice;
+    }
 };
 
 // The serial port behind the link. A back-end frames nothing itself: it writes the frame it is
@@ -43,6 +58,8 @@ public:
     virtual void setTransmitEnable(bool /*on*/) {}
     // Drops what the port has received but not yet read.
     virtual bool clearReceiveSpool() { return true; }
+    // The latency mode the port was last opened in.
+    [[nodiscard]] virtual LowLatency lowLatency() const { return LowLatency::NotApplicable; }
 
     // Where the two-letter code stands in a partly received reply (0-based).
     [[nodiscard]] int codeOffset() const { return backEnd() == BackEnd::UsbSerial ? 2 : 1; }
@@ -61,8 +78,5 @@ protected:
 private:
     LinkState& state_;
 };
-
-// Creates the back-end the settings ask for.
-[[nodiscard]] std::unique_ptr<Transport> createTransport(BackEnd backEnd, LinkState& state);
 
 }  // namespace velora

@@ -1,12 +1,16 @@
 #include "core/link/TransportFactory.h"
 
 #include "core/link/LinkEngine.h"
+#include "core/link/Rs232Transport.h"
+#include "core/link/UsbSerialTransport.h"
 #include "core/shared/LinkState.h"
 
 namespace velora {
 
-TransportFactory serialTransports() {
-    return [](BackEnd backEnd, LinkState& state) { return createTransport(backEnd, state); };
+std::unique_ptr<Transport> createTransport(BackEnd backEnd, LinkState& state) {
+    if (backEnd == BackEnd::UsbSerial)
+        return std::make_unique<UsbSerialTransport>(state);
+    return std::make_unique<Rs232Transport>(state);
 }
 
 void applyBackEnd(LinkEngine& engine, const TransportFactory& factory) {

@@ -1,5 +1,6 @@
 #include "gui/app/MDIParent.h"
 
+#include "core/connect/OpenAdvice.h"
 #include "core/link/LinkLine.h"
 #include "core/link/TableChain.h"
 #include "core/link/WireFormat.h"
@@ -74,6 +75,7 @@ MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
     engine_.setDeviceOverride(setup_.deviceOverride);
+    adviseOpenFailures(engine_);
     buildWindows();
     buildMenus();
     connectReplyFamilies();

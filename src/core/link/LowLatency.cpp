@@ -1,4 +1,4 @@
-#include "core/connect/LowLatency.h"
+#include "core/link/LowLatency.h"
 
 #ifdef Q_OS_LINUX
 #include <linux/serial.h>
