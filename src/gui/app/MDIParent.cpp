@@ -239,7 +239,7 @@ bool MDIParent::mayEnd() {
 
 void MDIParent::rememberAdapter() {
     // The simulated drive's pseudo-terminal is no adapter of the user's.
-    if (global_.Link.PortOpen && simulatedDeviceInUse().isEmpty())
+    if (global_.Link.run().PortOpen && simulatedDeviceInUse().isEmpty())
         adapterWatch_.rememberOpenedAdapter();
 }
 
@@ -422,10 +422,10 @@ void MDIParent::startUp() {
     engine_.start(global_.RetryTime);
     // Without the monitor no reply comes unasked to unlock the windows: they are usable as
     // soon as the port is open.
-    if (s.Online && s.PortOpen && !s.RealTimeMonitor)
+    if (s.Online && s.run().PortOpen && !s.RealTimeMonitor)
         engine_.EnableControls(true);
     rememberAdapter();
-    if (s.Online && !s.PortOpen) {
+    if (s.Online && !s.run().PortOpen) {
         // The USB adapter's failure shows no message; the bar still says why and what to do.
         const OpenResult& failed = engine_.lastOpen();
         systemBar_->setConnectionNote(
@@ -443,7 +443,7 @@ void MDIParent::startUp() {
     }
     // Once each window has its texts, and so its size.
     arrangeWindows();
-    if (s.Online && !s.PortOpen)
+    if (s.Online && !s.run().PortOpen)
         showModal(commSettings_);
     systemBar_->setAxisNumber(s.AxisNumber);
     if (s.AxisNumber == wire::AllAxes)
