@@ -55,25 +55,25 @@ W* named(W* object, const QString& name) {
 
 }  // namespace
 
-MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
+MDIParent::MDIParent(DriveSession& session, AppLinkUi& ui, QWidget* parent)
     : QMainWindow(parent),
-      global_(global),
-      setup_(std::move(setup)),
-      ui_(boxes_),
-      engine_(global.Link, ui_, setup_.ticks),
-      params_(engine_, global.Params),
-      points_(engine_, global.Points),
-      commands_(engine_, global.Com),
-      monitor_(engine_),
-      alarms_(engine_, global.Alarms),
-      wave_(engine_, global),
-      adapterWatch_(engine_, global.Connection),
-      copies_(global, params_, points_, commands_),
-      guard_(global, engine_, boxes_, copies_),
-      activity_(global, engine_, params_) {
+      global_(session.global()),
+      setup_(session.setup()),
+      ui_(ui),
+      boxes_(ui.boxes()),
+      engine_(session.engine()),
+      params_(session.paramTransfer()),
+      points_(session.pointTransfer()),
+      commands_(session.comTransfer()),
+      monitor_(session.realTimeMonitor()),
+      alarms_(session.alarmMonitor()),
+      wave_(session.waveCapture()),
+      adapterWatch_(session.adapterWatch()),
+      copies_(session.driveCopies()),
+      activity_(session.transferActivity()),
+      guard_(global_, engine_, boxes_, copies_) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
-    engine_.setDeviceOverride(setup_.deviceOverride);
     buildWindows();
     buildMenus();
     connectReplyFamilies();
@@ -149,13 +149,7 @@ QString MDIParent::simulatedDeviceInUse() const {
     return engine_.device() == setup_.simulatedDevice ? setup_.simulatedDevice : QString();
 }
 
-MDIParent::~MDIParent() {
-    // Its port search unhooks itself from the engine, which as a member goes before the
-    // child widgets do.
-    delete commSettings_;
-    // The trace detaches itself from the engine.
-    delete trace_;
-}
+MDIParent::~MDIParent() = default;
 
 void MDIParent::connectReplyFamilies() {
     connect(&params_, &ParamTransfer::portSearchSucceeded, commSettings_,
