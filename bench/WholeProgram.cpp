@@ -2,7 +2,7 @@
 
 #include "BenchApplication.h"
 
-#include "core/app/ShellSetup.h"
+#include "core/app/DriveSession.h"
 
 #include <QSettings>
 
@@ -29,7 +29,8 @@ WholeProgram::WholeProgram(const Options& options) {
     setup.settings = SettingsStore(dir_.path());
     setup.deviceOverride = options.device;
     setup.siblingDirectory = dir_.path();
-    window_ = std::make_unique<MDIParent>(global_, std::move(setup));
+    session_ = std::make_unique<DriveSession>(global_, linkUi_, std::move(setup));
+    window_ = std::make_unique<MDIParent>(*session_, linkUi_);
     window_->messageBoxes().setAnswerer([](const MessageBoxes::Message& message) {
         qWarning("unexpected message: %s", qPrintable(message.text));
         return QMessageBox::Cancel;

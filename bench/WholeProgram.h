@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/shared/Global.h"
+#include "gui/app/AppLinkUi.h"
 #include "gui/app/MDIParent.h"
 
 #include <QString>
@@ -29,6 +30,10 @@ public:
 private:
     QTemporaryDir dir_;
     Global global_;
+    MessageBoxes boxes_;
+    AppLinkUi linkUi_{boxes_};
+    // As in main: the session is there before the window and goes after it.
+    std::unique_ptr<DriveSession> session_;
     std::unique_ptr<MDIParent> window_;
 };
 

@@ -178,7 +178,7 @@ double engineCost(bool traced) {
     auto* port = owned.get();
     engine.setTransport(std::move(owned));
     global.Link.DriverVersion = 110;
-    global.Link.MonitorRunning = true;
+    engine.setMonitorRunning(true);
     RealTimeMonitor monitor(engine);  // decodes each reply and sends the next poll
     const QByteArray reply = QByteArray(
                                  "\x02"

@@ -4,9 +4,10 @@
 // middle and the end, so a leak or a slow-down per exchange shows. Run by hand:
 //   build/bench/velora-soak [exchanges, default 1000000]
 
-#include "core/app/ShellSetup.h"
+#include "core/app/DriveSession.h"
 #include "core/monitor/RealTimeMonitor.h"
 #include "core/shared/Global.h"
+#include "gui/app/AppLinkUi.h"
 #include "gui/app/MDIParent.h"
 
 #include <QApplication>
@@ -66,7 +67,10 @@ int main(int argc, char* argv[]) {
     setup.settings = SettingsStore(settings.path());
     setup.deviceOverride = device;
     Global global;
-    MDIParent window(global, std::move(setup));
+    MessageBoxes boxes;
+    AppLinkUi linkUi(boxes);
+    DriveSession session(global, linkUi, std::move(setup));
+    MDIParent window(session, linkUi);
     window.messageBoxes().setAnswerer([](const MessageBoxes::Message& message) {
         std::fprintf(stderr, "message: %s\n", qPrintable(message.text));
         return QMessageBox::Cancel;

@@ -1,8 +1,10 @@
-#include "core/app/ShellSetup.h"
+#include "core/app/DriveSession.h"
 #include "core/connect/CheckCommand.h"
 #include "core/shared/Global.h"
+#include "gui/app/AppLinkUi.h"
 #include "gui/app/MDIParent.h"
 #include "gui/options/VersionDialog.h"
+#include "gui/shared/MessageBoxes.h"
 #include "sim/SimulatedLine.h"
 
 #include <QApplication>
@@ -116,8 +118,12 @@ int main(int argc, char* argv[]) {
         setup.simulatedDevice = simulated->devicePath();
     }
 
+    // The drive session outlives the windows built over it.
     velora::Global global;
-    velora::MDIParent window(global, std::move(setup));
+    velora::MessageBoxes boxes;
+    velora::AppLinkUi linkUi(boxes);
+    velora::DriveSession session(global, linkUi, std::move(setup));
+    velora::MDIParent window(session, linkUi);
     window.show();
     window.startUp();
     return QApplication::exec();

@@ -134,14 +134,14 @@ ExitCode CliSession::exec() {
         connect(&watch, &QTimer::timeout, this, [this, &quiet, &taken] {
             const LinkState& s = global_.Link;
             // A capture waits for its trigger under a deadline of its own.
-            if (s.WaveState != 0 || engine_.dispatcher().taken() != taken) {
+            if (s.run().Wave != WaveState::Idle || engine_.dispatcher().taken() != taken) {
                 taken = engine_.dispatcher().taken();
                 quiet.restart();
                 return;
             }
             const qint64 budget = qint64{engine_.sender().waitLimit() + 1} *
                                   (CommandSender::MaxResends + 1) * engine_.pollIntervalMs() *
-                                  (s.AwaitingReply ? 2 : 1);
+                                  (s.run().AwaitingReply ? 2 : 1);
             if (quiet.elapsed() > budget)
                 fail(ExitCode::LinkFailure, unansweredLine());
         });
@@ -199,8 +199,7 @@ void CliSession::fail(ExitCode code, const QString& line) {
     failed_ = true;
     // Nothing more goes out: no re-sends, no polls after the error reply.
     global_.Link.RealTimeMonitor = false;
-    global_.Link.AwaitingReply = false;
-    global_.Link.QueuedCommand.clear();
+    engine_.abandonCommands();
 }
 
 void CliSession::traceTo(const QString& path) {

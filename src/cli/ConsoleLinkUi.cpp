@@ -19,7 +19,7 @@ void ConsoleLinkUi::showError(const QString& text, const QString& caption) {
     const int lang = state_.LanguageId;
     if (text == TextCatalogue::text(lang, 1722) || text == TextCatalogue::text(lang, 1724)) {
         fail(ExitCode::FileError, text);
-    } else if (state_.ReplyCode == QLatin1String("ER")) {
+    } else if (state_.run().ReplyCode == QLatin1String("ER")) {
         // An error class beyond the catalogue has no text; the caption still says what it was.
         fail(ExitCode::DriveRefusal, text.isEmpty() ? caption : text);
     } else if (text.startsWith(TextCatalogue::text(lang, 1800))) {

@@ -42,7 +42,7 @@ Merge mergeFile(CliSession& session, ParamFile& file, const QString& path) {
         })};
     session.showReceiving(QStringLiteral("reading the drive's parameters"));
     // The comparing read needs a link that is up and answering, which identify() showed.
-    session.link().MonitorRunning = true;
+    session.engine().setMonitorRunning(true);
     const ParamFile::ReadResult result = file.read(path);
     if (result == ParamFile::ReadResult::Failed) {
         merge.code = ExitCode::FileError;

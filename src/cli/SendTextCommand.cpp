@@ -36,7 +36,7 @@ ExitCode sendText(CliSession& session, const CliArgs& args) {
         // No drive answers; the link's notice says so once the frame has left.
         QTimer::singleShot(engine.timer2IntervalMs() + BroadcastSettleMs, &session,
                            [&session] { session.finish(); });
-    } else if (!session.link().AwaitingReply) {
+    } else if (!session.link().run().AwaitingReply) {
         QTimer::singleShot(UnsupervisedWaitMs, &session, [&session] { session.finish(); });
     }
     return session.exec();

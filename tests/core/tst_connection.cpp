@@ -223,7 +223,7 @@ private slots:
         QCOMPARE(notes.takeFirst(),
                  TextCatalogue::text(0, 1963).arg(u"FT1234", location, u"/dev/ttyUSB7"));
         engine.start(250);
-        QVERIFY(link.PortOpen);
+        QVERIFY(link.run().PortOpen);
         QVERIFY(pty->read(5).contains("0ma"));
         QCOMPARE(ui.consoleDisabled, 1);  // until the drive's first reply
 
@@ -237,14 +237,14 @@ private slots:
                 return watch.waiting();
             },
             2000));
-        QVERIFY(!link.PortOpen);
+        QVERIFY(!link.run().PortOpen);
         QCOMPARE(notes.value(0), TextCatalogue::text(0, 1961).arg(oldDevice));
         engine.tick();
         engine.tick();  // the polls of the cycle go nowhere, silently
 
         PtyPair second;  // plugged in again
         location = second.slavePath();
-        QVERIFY(QTest::qWaitFor([&] { return link.PortOpen; }, 2000));
+        QVERIFY(QTest::qWaitFor([&] { return link.run().PortOpen; }, 2000));
         QVERIFY(second.read(5).contains("0ma"));  // the monitor resumes
         QVERIFY(!watch.waiting());
         QVERIFY(notes.size() == 2 && notes[1].contains(location));

@@ -49,28 +49,28 @@ private slots:
 
     void posting_data() {
         QTest::addColumn<bool>("monitorOn");
-        QTest::addColumn<int>("waveState");
+        QTest::addColumn<WaveState>("waveState");
         QTest::addColumn<bool>("waits");
-        QTest::newRow("monitor off") << false << 0 << false;
-        QTest::newRow("monitor on") << true << 0 << true;
-        QTest::newRow("monitor on, wave capture armed") << true << 1 << false;
+        QTest::newRow("monitor off") << false << WaveState::Idle << false;
+        QTest::newRow("monitor on") << true << WaveState::Idle << true;
+        QTest::newRow("monitor on, wave capture armed") << true << WaveState::Armed << false;
     }
     void posting() {
         QFETCH(bool, monitorOn);
-        QFETCH(int, waveState);
+        QFETCH(WaveState, waveState);
         QFETCH(bool, waits);
         LinkRig rig(BackEnd::Rs232, monitorOn);
-        rig.state.WaveState = waveState;
+        rig.engine.setWaveState(waveState);
         ConsoleCommands console(rig.engine);
         console.CmdButton_Click(2, QString());
         console.CmdButton_Click(1, QString());
         if (waits) {
             // Only the last click leaves, with the next turn of the chain.
             QVERIFY(rig.sent().isEmpty());
-            QCOMPARE(rig.state.QueuedCommand, u"1ES"_s);
+            QCOMPARE(rig.state.run().QueuedCommand, u"1ES"_s);
         } else {
             QCOMPARE(rig.sent(), (QStringList{u"1SO"_s, u"1ES"_s}));
-            QVERIFY(rig.state.QueuedCommand.isEmpty());
+            QVERIFY(rig.state.run().QueuedCommand.isEmpty());
         }
     }
 
@@ -87,11 +87,11 @@ private slots:
         QFETCH(bool, accepted);
         QFETCH(int, advice);
         LinkRig rig;
-        rig.state.QueuedCommand = u"1SO"_s;
+        rig.engine.queueCommand(u"1SO"_s);
         ConsoleCommands console(rig.engine);
         QCOMPARE(console.CommandSend_Click(typed), accepted);
         // A refused text does not push out the command already waiting.
-        QCOMPARE(rig.state.QueuedCommand, accepted ? typed : u"1SO"_s);
+        QCOMPARE(rig.state.run().QueuedCommand, accepted ? typed : u"1SO"_s);
         QVERIFY(rig.sent().isEmpty());
         QCOMPARE(rig.ui.messages.size(), advice != 0 ? 1 : 0);
         if (advice != 0)

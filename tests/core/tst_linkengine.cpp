@@ -42,7 +42,7 @@ private slots:
         rig.state.AxisNumber = axis;
         rig.state.AlarmSeen = alarmSeen;
         rig.engine.SendCommand(text);
-        QCOMPARE(rig.state.AwaitingReply, supervised);
+        QCOMPARE(rig.state.run().AwaitingReply, supervised);
         QCOMPARE(rig.ui.controlsEnabled, !locks);
         QCOMPARE(rig.ui.transferButtonsDisabled, axis == 15 ? 1 : 0);
         QCOMPARE(rig.sent(), QStringList{text});
@@ -61,10 +61,10 @@ private slots:
         polling.echoSwitch(Qt::LeftButton, Qt::ControlModifier | Qt::AltModifier);
         polling.echoSwitch(Qt::MiddleButton,
                            Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier);
-        QVERIFY(!rig.state.EchoPolls);
-        rig.state.EchoPolls = true;
+        QVERIFY(!rig.state.run().EchoPolls);
+        rig.engine.supervisionForTests().EchoPolls = true;
         polling.echoSwitch(Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
-        QVERIFY(!rig.state.EchoPolls && rig.ui.comText[0].isEmpty());
+        QVERIFY(!rig.state.run().EchoPolls && rig.ui.comText[0].isEmpty());
     }
 
     void refusedTextIsNotSent_data() {
@@ -78,10 +78,10 @@ private slots:
         QFETCH(QString, text);
         QFETCH(QString, detail);
         LinkRig rig;
-        rig.state.LastCommand = QStringLiteral("1PR5");
+        rig.engine.supervisionForTests().LastCommand = QStringLiteral("1PR5");
         rig.engine.SendCommand(text);
-        QVERIFY(rig.sent().isEmpty() && !rig.state.AwaitingReply);
-        QCOMPARE(rig.state.LastCommand, QStringLiteral("1PR5"));
+        QVERIFY(rig.sent().isEmpty() && !rig.state.run().AwaitingReply);
+        QCOMPARE(rig.state.run().LastCommand, QStringLiteral("1PR5"));
         QCOMPARE(rig.ui.messages.size(), detail.isNull() ? 0 : 1);
         if (detail.isNull())
             return;
@@ -94,12 +94,12 @@ private slots:
     void transmitTimeArmsTimer2() {
         LinkRig rig;
         rig.engine.SendCommand(QStringLiteral("1PR77"));  // 8 characters on the line
-        QCOMPARE(rig.state.TransmitTimeMs, 8);            // 8.33 ms at 9600 baud
+        QCOMPARE(rig.state.run().TransmitTimeMs, 8);      // 8.33 ms at 9600 baud
         QVERIFY(rig.engine.timer2Armed());
         QCOMPARE(rig.engine.timer2IntervalMs(), 18);
         rig.state.BaudRate = QStringLiteral("115200");
         rig.engine.SendCommand(QString(30, QLatin1Char('1')));  // 33 x 10 bits = 2.86 ms
-        QCOMPARE(rig.state.TransmitTimeMs, 3);
+        QCOMPARE(rig.state.run().TransmitTimeMs, 3);
         rig.engine.endOfTransmission();
         QVERIFY(!rig.engine.timer2Armed());
         QCOMPARE(rig.port->transmissionsDone, 1);
@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(rig.sent().size(), 1);
         rig.ticks(1);
         QCOMPARE(rig.sent(), (QStringList{text, text}));
-        QCOMPARE(rig.state.RetryCount, 1);
+        QCOMPARE(rig.state.run().RetryCount, 1);
     }
 
     // A drive slower than the re-send answers both frames: the second answer belongs to the
@@ -147,23 +147,23 @@ private slots:
         rig.engine.SendCommand(QStringLiteral("1TW0;1"));
         rig.ticks(2);
         rig.port->reply(QStringLiteral("1TW"));  // the first frame's answer, late
-        QVERIFY(!rig.state.AwaitingReply);
+        QVERIFY(!rig.state.run().AwaitingReply);
         rig.port->reply(QStringLiteral("1TW"));  // a duplicate before anything else is sent
         rig.engine.SendCommand(QStringLiteral("1TW1;2"));
         QCOMPARE(rig.sent().size(), 2);          // held back
         rig.port->reply(QStringLiteral("1TW"));  // the re-send's answer
-        QVERIFY(rig.state.AwaitingReply);
+        QVERIFY(rig.state.run().AwaitingReply);
         rig.ticks(4);
         QCOMPARE(rig.lastSent(), QStringLiteral("1TW1;2"));
         rig.port->reply(QStringLiteral("1TW"));
-        QVERIFY(!rig.state.AwaitingReply);
+        QVERIFY(!rig.state.run().AwaitingReply);
         QCOMPARE(rig.engine.dispatcher().taken(), quint64{2});
     }
 
     void failureQuestionAfterFifthResend() {
         LinkRig rig(BackEnd::UsbSerial);
-        rig.state.PointTransferActive = true;
-        rig.state.WaveState = 1;
+        rig.engine.beginTransfer(Transfer::Points);
+        rig.engine.setWaveState(WaveState::Armed);
         rig.ui.readingShown = true;
         rig.engine.ShowBusyDialog();
         rig.engine.SendCommand(QStringLiteral("1TR3"));
@@ -182,28 +182,29 @@ private slots:
         QVERIFY(!question.timer1ActiveWhileOpen);
         // Retry: sent again at once, counters restart, the busy dialog comes back.
         QCOMPARE(rig.sent().size(), 7);
-        QCOMPARE(rig.state.RetryCount, 0);
-        QCOMPARE(rig.state.TickCount, 0);
-        QVERIFY(rig.ui.busyDialogShown && rig.state.AwaitingReply && rig.engine.timer1Active());
+        QCOMPARE(rig.state.run().RetryCount, 0);
+        QCOMPARE(rig.state.run().TickCount, 0);
+        QVERIFY(rig.ui.busyDialogShown && rig.state.run().AwaitingReply &&
+                rig.engine.timer1Active());
 
         // Cancel the next time: whatever waited for the reply is released, and asked once only.
         rig.ui.answerRetry = false;
         rig.ticks(15);
         QCOMPARE(rig.ui.messages.size(), 2);
-        QVERIFY(!rig.state.AwaitingReply && !rig.state.PointTransferActive);
-        QVERIFY(!rig.ui.busyDialogShown && !rig.state.BusyDialogShown);
-        QCOMPARE(rig.state.WaveState, 0);
+        QVERIFY(!rig.state.run().AwaitingReply && !rig.state.run().PointTransferActive);
+        QVERIFY(!rig.ui.busyDialogShown && !rig.state.run().BusyDialogShown);
+        QCOMPARE(rig.state.run().Wave, WaveState::Idle);
         QVERIFY(!rig.ui.readingShown && rig.ui.wavePanelEnabled && rig.ui.controlsEnabled);
         QVERIFY(!rig.port->transmitEnable);
     }
 
     void failedUsbSendIsSilentAndResent() {
         LinkRig rig(BackEnd::UsbSerial);
-        rig.state.WaveState = 1;
+        rig.engine.setWaveState(WaveState::Armed);
         rig.port->failSends = true;
         rig.engine.SendCommand(QStringLiteral("1wt0;1"));
         QVERIFY(!rig.engine.timer2Armed());
-        QCOMPARE(rig.state.WaveState, 0);
+        QCOMPARE(rig.state.run().Wave, WaveState::Idle);
         QVERIFY(rig.ui.messages.isEmpty());
         rig.port->failSends = false;
         rig.ticks(2);
@@ -234,11 +235,11 @@ private slots:
         rig.engine.PostCommand(QStringLiteral("1PR5"));
         rig.engine.PostCommand(QStringLiteral("1PR6"));
         QVERIFY(rig.sent().isEmpty());
-        QCOMPARE(rig.state.QueuedCommand, QStringLiteral("1PR6"));
+        QCOMPARE(rig.state.run().QueuedCommand, QStringLiteral("1PR6"));
         rig.state.RealTimeMonitor = false;
         rig.engine.PostCommand(QStringLiteral("1PR7"));
         QCOMPARE(rig.sent(), QStringList{"1PR7"});
-        QVERIFY(rig.state.QueuedCommand.isEmpty());
+        QVERIFY(rig.state.run().QueuedCommand.isEmpty());
     }
 };
 

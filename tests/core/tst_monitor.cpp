@@ -109,13 +109,13 @@ private slots:
         QFETCH(QStringList, sent);
         LinkRig rig(BackEnd::Rs232, monitorOn);
         RealTimeMonitor monitor(rig.engine);
-        rig.state.MonitorRunning = running;
-        rig.state.QueuedCommand = queued;
+        rig.engine.setMonitorRunning(running);
+        rig.engine.queueCommand(queued);
         rig.port->reply(reply(0, alarm));
         QCOMPARE(rig.sent(), sent);
-        QCOMPARE(rig.state.QueuedCommand, sent.contains(queued) ? QString() : queued);
+        QCOMPARE(rig.state.run().QueuedCommand, sent.contains(queued) ? QString() : queued);
         QCOMPARE(rig.state.AlarmSeen, sent == QStringList{"1AD"});
-        QVERIFY(rig.state.MonitorRunning);
+        QVERIFY(rig.state.run().MonitorRunning);
     }
 
     void unansweredIdentificationIsAskedAgainAtMostOncePerMinute() {

@@ -98,7 +98,7 @@ private slots:
     void roundTripWithoutTheDrive() {
         Rig rig;
         rig.state.Online = true;
-        rig.state.MonitorRunning = false;
+        rig.engine.setMonitorRunning(false);
         rig.ui.controlsEnabled = false;
         for (int n = 0; n < ParamTables::Count; ++n)
             rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
@@ -260,7 +260,8 @@ private slots:
     // what the window is told.
     void onlineReadMarksOnlyDifferences() {
         Rig rig;
-        rig.state.Online = rig.state.MonitorRunning = true;
+        rig.state.Online = true;
+        rig.engine.setMonitorRunning(true);
         for (int n = 0; n < ParamTables::Count; ++n)
             rig.tables.ParamValue[static_cast<std::size_t>(n)] = sample(rig.tables, n);
         QVERIFY(rig.file.write(rig.path()));
@@ -298,7 +299,8 @@ private slots:
     void driveReadWithoutValuesClosesTheFile() {
         QFETCH(QString, end);
         Rig rig;
-        rig.state.Online = rig.state.MonitorRunning = true;
+        rig.state.Online = true;
+        rig.engine.setMonitorRunning(true);
         QVERIFY(rig.file.write(rig.path()));
         QSignalSpy abandoned(&rig.file, &ParamFile::fileReadAbandoned);
         QCOMPARE(rig.file.read(rig.path()), ParamFile::ReadResult::AwaitingDrive);

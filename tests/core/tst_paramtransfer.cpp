@@ -122,7 +122,7 @@ private slots:
         QVERIFY(rig.transfer.writeChanged());
         rig.acknowledgeWrites(QStringLiteral("PW"));
         QCOMPARE(rig.sent(), (QStringList{"1PW6;FFFFFFFB", "1PWB;C8", "1PW3C;0", "1ma"}));
-        QVERIFY(!rig.tables.nextChanged(0) && !rig.state.ParamTransferActive);
+        QVERIFY(!rig.tables.nextChanged(0) && !rig.state.run().ParamTransferActive);
         // None of them needs a restart: the write ends without a message.
         QVERIFY(rig.ui.messages.isEmpty() && !rig.ui.busyDialogShown && rig.ui.controlsEnabled);
         // Nothing is left marked: another write sends nothing.
@@ -223,7 +223,7 @@ private slots:
     void identificationDuringReadAllIsNoChainStep() {
         Rig rig(true);
         rig.transfer.readAll();  // waits for the monitor's next slot
-        QCOMPARE(rig.state.QueuedCommand, QStringLiteral("1pa"));
+        QCOMPARE(rig.state.run().QueuedCommand, QStringLiteral("1pa"));
         rig.engine.SendCommand(QStringLiteral("1PR77"));
         rig.port->reply(QStringLiteral("1PR0000006E"));
         QCOMPARE(rig.state.DriverVersion, 110);
@@ -251,7 +251,7 @@ private slots:
         QCOMPARE(rig.sent().size(), last + 2);
         QCOMPARE(rig.tables.ParamValue[static_cast<std::size_t>(last)], -last);
         QVERIFY(rig.tables.ParamChanged[3] && rig.tables.ParamsLoaded);
-        QVERIFY(!rig.ui.busyDialogShown && !rig.state.ParamTransferActive);
+        QVERIFY(!rig.ui.busyDialogShown && !rig.state.run().ParamTransferActive);
     }
 };
 

@@ -40,52 +40,52 @@ private slots:
         rig.engine.PostCommand(command);
         rig.ticks(2);
         QCOMPARE(rig.sent(), QStringList{command});
-        QVERIFY(rig.state.QueuedCommand.isEmpty());
-        QCOMPARE(rig.state.MissedPolls, 0);  // a command slot is no poll
+        QVERIFY(rig.state.run().QueuedCommand.isEmpty());
+        QCOMPARE(rig.state.run().MissedPolls, 0);  // a command slot is no poll
     }
 
     void nothingToSend_data() {
         QTest::addColumn<bool>("online");
         QTest::addColumn<bool>("monitor");
         QTest::addColumn<int>("axis");
-        QTest::addColumn<int>("waveState");
-        QTest::newRow("offline") << false << true << 1 << 0;
-        QTest::newRow("monitor off") << true << false << 1 << 0;
-        QTest::newRow("all axes") << true << true << 15 << 0;
-        QTest::newRow("wave capture") << true << true << 1 << 1;
+        QTest::addColumn<WaveState>("waveState");
+        QTest::newRow("offline") << false << true << 1 << WaveState::Idle;
+        QTest::newRow("monitor off") << true << false << 1 << WaveState::Idle;
+        QTest::newRow("all axes") << true << true << 15 << WaveState::Idle;
+        QTest::newRow("wave capture") << true << true << 1 << WaveState::Armed;
     }
     void nothingToSend() {
         QFETCH(bool, online);
         QFETCH(bool, monitor);
         QFETCH(int, axis);
-        QFETCH(int, waveState);
+        QFETCH(WaveState, waveState);
         LinkRig rig;
         rig.state.Online = online;
         rig.state.RealTimeMonitor = monitor;
         rig.state.AxisNumber = axis;
-        rig.state.WaveState = waveState;
-        rig.state.MonitorRunning = true;
+        rig.engine.setWaveState(waveState);
+        rig.engine.setMonitorRunning(true);
         rig.ticks(8);
         QVERIFY(rig.sent().isEmpty());
         QCOMPARE(rig.ui.comLive, online && monitor);
         QVERIFY(rig.ui.clockUpdates >= 8);
         if (!monitor)
-            QVERIFY(!rig.state.MonitorRunning);  // the run ends with the option
+            QVERIFY(!rig.state.run().MonitorRunning);  // the run ends with the option
     }
 
     void linkLostAfterFourthUnansweredPoll() {
         LinkRig rig;
-        rig.state.MonitorRunning = true;
+        rig.engine.setMonitorRunning(true);
         rig.state.AlarmSeen = true;
         rig.ui.comText[0] = QStringLiteral("1AD");
         const int consoleBefore = rig.ui.consoleDisabled;
         rig.ticks(6);  // three unanswered polls
         QCOMPARE(rig.sent().size(), 3);
         QCOMPARE(rig.ui.consoleDisabled, consoleBefore);
-        QVERIFY(rig.state.MonitorRunning);
+        QVERIFY(rig.state.run().MonitorRunning);
         rig.ticks(2);
-        QCOMPARE(rig.state.MissedPolls, 3);
-        QVERIFY(!rig.state.MonitorRunning && !rig.state.AlarmSeen);
+        QCOMPARE(rig.state.run().MissedPolls, 3);
+        QVERIFY(!rig.state.run().MonitorRunning && !rig.state.AlarmSeen);
         QCOMPARE(rig.ui.consoleDisabled, consoleBefore + 1);
         QVERIFY(rig.ui.transferButtonsDisabled > 0 && rig.ui.controlsEnabled);
         QVERIFY(rig.ui.comText[0].isEmpty());
@@ -93,7 +93,7 @@ private slots:
         QVERIFY(!rig.ui.comLive);
         // Any reply brings the count back.
         rig.port->reply(QStringLiteral("1ma0"));
-        QCOMPARE(rig.state.MissedPolls, 0);
+        QCOMPARE(rig.state.run().MissedPolls, 0);
     }
 
     void waveProgress_data() {
@@ -119,17 +119,18 @@ private slots:
         QFETCH(QString, marks);
         LinkRig rig(static_cast<BackEnd>(backEnd));
         rig.state.LanguageId = language;
-        rig.state.WaveState = 2;
+        rig.engine.setWaveState(WaveState::Triggered);
         rig.ui.readingShown = true;
         rig.state.ReceiveBuffer = partial;
         rig.ticks(1);
         QCOMPARE(rig.ui.waveMarks, marks);
         if (marks.isEmpty()) {
-            QCOMPARE(rig.state.WaveState, 2);  // not the wave data: nothing to show yet
+            QCOMPARE(rig.state.run().Wave,
+                     WaveState::Triggered);  // not the wave data: nothing to show yet
             return;
         }
         QCOMPARE(rig.ui.waveLabel, TextCatalogue::text(language, 1340));
-        QCOMPARE(rig.state.WaveState, 3);
+        QCOMPARE(rig.state.run().Wave, WaveState::ReceivingRecord);
         QVERIFY(!rig.ui.controlsEnabled);
         QVERIFY(!rig.ui.waveCancelEnabled);
     }

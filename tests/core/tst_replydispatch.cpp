@@ -36,15 +36,15 @@ private slots:
         // A known family whose handler is not loaded: taken, and no poll follows.
         rig.state.ReceiveBuffer = "1AR0";
         QVERIFY(exchange(QStringLiteral("1AR"), QStringLiteral("1AR")).isEmpty());
-        QCOMPARE(rig.state.ReplyCode, QStringLiteral("AR"));
+        QCOMPARE(rig.state.run().ReplyCode, QStringLiteral("AR"));
         QVERIFY(rig.state.ReceiveBuffer.isEmpty() && rig.ui.messages.isEmpty());
         // An acknowledgement sends the next poll, unless a capture holds the chain or the
         // monitor is off; an error reply polls even then.
         const QString so = QStringLiteral("1SO");
         QCOMPARE(exchange(so, so), QStringList{"1ma"});
-        rig.state.WaveState = 1;
+        rig.engine.setWaveState(WaveState::Armed);
         QVERIFY(exchange(so, so).isEmpty());
-        rig.state.WaveState = 0;
+        rig.engine.setWaveState(WaveState::Idle);
         rig.state.RealTimeMonitor = false;
         QVERIFY(exchange(so, so).isEmpty());
         QCOMPARE(exchange(so, QStringLiteral("1ER0")), QStringList{"1ma"});
@@ -54,7 +54,7 @@ private slots:
         LinkRig rig;
         rig.engine.SendCommand(QStringLiteral("1PW5;64"));
         rig.port->reply(QStringLiteral("1PW"));
-        QVERIFY(!rig.ui.controlsEnabled && !rig.state.AwaitingReply);
+        QVERIFY(!rig.ui.controlsEnabled && !rig.state.run().AwaitingReply);
         rig.engine.SendCommand(QStringLiteral("1PR5"));
         rig.port->reply(QStringLiteral("1PR00000064"));
         QVERIFY(rig.ui.controlsEnabled);
@@ -99,8 +99,8 @@ private slots:
         QFETCH(QString, message);
         LinkRig rig;
         rig.state.ServoStatus = status;
-        rig.state.MonitorRunning = monitorFresh;
-        rig.state.ParamTransferActive = true;
+        rig.engine.setMonitorRunning(monitorFresh);
+        rig.engine.beginTransfer(Transfer::Params);
         rig.engine.ShowBusyDialog();
         rig.engine.SendCommand(lastCommand);
         rig.port->reply(reply);
@@ -108,7 +108,7 @@ private slots:
         QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("error"));
         QCOMPARE(rig.ui.messages[0].text, message);
         QCOMPARE(rig.ui.messages[0].caption, en(1799));
-        QVERIFY(!rig.state.ParamTransferActive && !rig.ui.busyDialogShown);
+        QVERIFY(!rig.state.run().ParamTransferActive && !rig.ui.busyDialogShown);
         QVERIFY(rig.ui.controlsEnabled);
         QCOMPARE(rig.lastSent(), QStringLiteral("1ma"));
     }
@@ -121,7 +121,7 @@ private slots:
         }
         // Retry: the receive spool is cleared and the command sent again with a fresh count.
         rig.engine.SendCommand(QStringLiteral("1PR5"));
-        rig.state.RetryCount = 3;
+        rig.engine.supervisionForTests().RetryCount = 3;
         rig.ui.answerRetry = true;
         rig.port->reply(QStringLiteral("1PRZZ"));
         QCOMPARE(rig.ui.messages.size(), 1);
@@ -130,19 +130,19 @@ private slots:
                                       "/dev/ttyS0 cannot be read: 1PRZZ")));
         QCOMPARE(rig.port->spoolClears, 1);
         QCOMPARE(rig.sent(), (QStringList{"1PR5", "1PR5"}));
-        QCOMPARE(rig.state.RetryCount, 0);
+        QCOMPARE(rig.state.run().RetryCount, 0);
         QVERIFY(rig.state.RealTimeMonitor);
 
         // Cancel switches the monitor off.
         rig.ui.answerRetry = false;
-        rig.state.ParamTransferActive = true;
-        rig.state.WaveState = 2;
+        rig.engine.beginTransfer(Transfer::Params);
+        rig.engine.setWaveState(WaveState::Triggered);
         rig.engine.sendPoll();
         rig.port->reply(QStringLiteral("1maXYZ"));
         QVERIFY(!rig.state.RealTimeMonitor && rig.ui.realTimeMonitorShownOff);
-        QCOMPARE(rig.state.WaveState, 0);
+        QCOMPARE(rig.state.run().Wave, WaveState::Idle);
         QVERIFY(rig.ui.controlsEnabled && rig.sent().size() == 3);
-        QVERIFY(rig.state.ParamTransferActive);  // transfers are left as they were
+        QVERIFY(rig.state.run().ParamTransferActive);  // transfers are left as they were
 
         // An error reply without its class digit is malformed too.
         rig.port->reply(QStringLiteral("1ER"));

@@ -150,7 +150,7 @@ private slots:
         rig.points.PointChanged[5] = rig.points.PointChanged[6] = true;
         QVERIFY(rig.pointTransfer.WriteChangedPoints());
         rig.port->reply(u"1ER1"_s);
-        QVERIFY(!rig.state.PointTransferActive);
+        QVERIFY(!rig.state.run().PointTransferActive);
         rig.port->reply(u"1TW"_s);
         QVERIFY(rig.points.PointChanged[5] && rig.points.PointChanged[6]);
     }
@@ -160,7 +160,7 @@ private slots:
         rig.engine.SendCommand(u"1TR3E"_s);
         rig.port->reply(u"1TR0001 00000005 1 1 0001 "_s);
         QCOMPARE(rig.points.PointTable[0].Position, 0);  // no transfer: no data
-        rig.state.PointTransferActive = true;
+        rig.engine.beginTransfer(Transfer::Points);
         rig.points.PointTransferIndex = 62;
         rig.engine.SendCommand(u"1TR3E"_s);
         rig.port->reply(u"1TR0001 00000005 1 1 0001 "_s);
@@ -169,7 +169,7 @@ private slots:
         rig.port->reply(u"1TR0000 00000006 0 0 0000 "_s);
         QCOMPARE(rig.points.PointTable[63].Position, 6);
         QCOMPARE(rig.ui.messages.value(0).text, en(1708));
-        QVERIFY(rig.points.PointTableValid && !rig.state.PointTransferActive);
+        QVERIFY(rig.points.PointTableValid && !rig.state.run().PointTransferActive);
     }
 
     void commandTableTransfer() {
@@ -199,11 +199,11 @@ private slots:
         rig.port->reply(u"1QT"_s);
         QCOMPARE(rig.sent().mid(2),
                  (QStringList{u"1VW3;5DC"_s, u"1CT0;64"_s, u"1QT7;3A98"_s, u"1ma"_s}));
-        QVERIFY(rig.com.changedCount() == 0 && !rig.state.ComTableTransferActive);
+        QVERIFY(rig.com.changedCount() == 0 && !rig.state.run().ComTableTransferActive);
 
         // The one-by-one read goes from velocity No.9 to ATC No.0 and from ATC No.9 to torque
         // No.1.
-        rig.state.ComTableTransferActive = true;
+        rig.engine.beginTransfer(Transfer::Commands);
         rig.com.ComIndex = 9;
         rig.engine.SendCommand(u"1VR9"_s);
         rig.port->reply(u"1VR0064"_s);

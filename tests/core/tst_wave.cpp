@@ -86,34 +86,34 @@ private slots:
         Global global;
         global.WaveMon.TimeScale = 2;
         WaveCapture capture(rig.engine, global);
-        rig.state.MonitorRunning = true;
+        rig.engine.setMonitorRunning(true);
 
         // With the monitor on, the start waits for the chain's next turn.
         capture.run();
-        QCOMPARE(rig.state.QueuedCommand, u"1wm200080"_s);
+        QCOMPARE(rig.state.run().QueuedCommand, u"1wm200080"_s);
         QVERIFY(rig.sent().isEmpty());
-        rig.engine.SendCommand(rig.state.QueuedCommand);
-        rig.state.QueuedCommand.clear();
+        rig.engine.SendCommand(rig.state.run().QueuedCommand);
+        rig.engine.dropQueuedCommand();
         rig.port->frames.clear();
         rig.port->reply(u"1wm"_s);
-        QCOMPARE(rig.state.WaveState, 1);
+        QCOMPARE(rig.state.run().Wave, WaveState::Armed);
         QVERIFY(rig.ui.readingShown);
 
         // Nothing leaves while the capture runs, not even after an error reply.
         rig.port->reply(u"1ER1"_s);
         QVERIFY(rig.sent().isEmpty());
-        QCOMPARE(rig.state.WaveState, 1);
+        QCOMPARE(rig.state.run().Wave, WaveState::Armed);
 
         rig.port->transmitEnable = true;
         const int spoolClears = rig.port->spoolClears;
         rig.port->reply(u"1wr"_s);
-        QCOMPARE(rig.state.WaveState, 2);
+        QCOMPARE(rig.state.run().Wave, WaveState::Triggered);
         // The USB adapter meets the long record with an empty spool and the line released.
         const bool usb = backEnd == BackEnd::UsbSerial;
         QCOMPARE(rig.port->spoolClears > spoolClears, usb);
         QCOMPARE(rig.port->transmitEnable, !usb);
         rig.port->reply(record());
-        QCOMPARE(rig.state.WaveState, 0);
+        QCOMPARE(rig.state.run().Wave, WaveState::Idle);
         QVERIFY(!rig.ui.readingShown);
         QCOMPARE(global.Wave.sample(1, 249, 1), qint16(-1245));
         QCOMPARE(global.Wave.logic(1, 249), quint16(1));
@@ -123,17 +123,17 @@ private slots:
         // A field that is not a number spoils the record; a short one reads its missing
         // samples as 0.
         rig.state.RealTimeMonitor = false;
-        rig.state.WaveState = 2;
+        rig.engine.setWaveState(WaveState::Triggered);
         rig.port->reply(record(100).replace(3 + 8, 1, u'x'));
         QCOMPARE(global.Wave.sample(1, 150, 0), qint16(250));  // nothing of it stored
-        rig.state.WaveState = 2;
+        rig.engine.setWaveState(WaveState::Triggered);
         rig.port->reply(record(100));
         QCOMPARE(global.Wave.sample(2, 249, 1), qint16(-1245));
         QCOMPARE(global.Wave.sample(1, 150, 0), qint16(0));
         QCOMPARE(global.Wave.logic(1, 1), quint16(1));
 
         // Trigger settings go out only with the monitor running.
-        rig.state.MonitorRunning = false;
+        rig.engine.setMonitorRunning(false);
         QVERIFY(!capture.sendTriggerSettings());
     }
 

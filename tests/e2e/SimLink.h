@@ -37,12 +37,13 @@ struct SimLink {
     void start(bool realTimeMonitor, bool driveAnswers = true) {
         link.RealTimeMonitor = realTimeMonitor;
         engine.start(250);
-        QVERIFY2(link.PortOpen, qPrintable(engine.lastOpen().reason));
+        QVERIFY2(link.run().PortOpen, qPrintable(engine.lastOpen().reason));
         engine.endOfTransmission();
         // The first poll's reply would end the supervision of a command sent before it.
         if (!driveAnswers)
             return;
-        QVERIFY(QTest::qWaitFor([this] { return link.ReplyCode == QLatin1String("ma"); }, 2000));
+        QVERIFY(
+            QTest::qWaitFor([this] { return link.run().ReplyCode == QLatin1String("ma"); }, 2000));
     }
 
     // One Timer1 tick, then time for the drive to answer what it sent.
@@ -55,7 +56,7 @@ struct SimLink {
             tick();
     }
     [[nodiscard]] bool waitForReply(int timeoutMs = 2000) {
-        return QTest::qWaitFor([this] { return !link.AwaitingReply; }, timeoutMs);
+        return QTest::qWaitFor([this] { return !link.run().AwaitingReply; }, timeoutMs);
     }
     [[nodiscard]] int heardCount(const QString& text) const {
         return static_cast<int>(heard.count(text));

@@ -63,7 +63,7 @@ private slots:
         s.link.AxisNumber = 15;  // no drive answers a command to all axes
         QVERIFY(QTest::qWaitFor([&] { return s.heardCount(QStringLiteral("0PR77")) == 1; }, 2000));
         QTest::qWait(250);
-        QVERIFY(s.link.AwaitingReply && s.link.ReceiveBuffer.isEmpty());
+        QVERIFY(s.link.run().AwaitingReply && s.link.ReceiveBuffer.isEmpty());
         QCOMPARE(s.link.DriverVersion, 0);
     }
 
@@ -72,7 +72,7 @@ private slots:
         sim.link.PortNumber = 4;
         sim.engine.setDeviceOverride(QStringLiteral("/dev/velora-no-such-port"));
         sim.engine.start(250);
-        QVERIFY(!sim.link.PortOpen);
+        QVERIFY(!sim.link.run().PortOpen);
         QCOMPARE(sim.link.PortNumber, 1);
         QCOMPARE(sim.ui.messages.size(), 1);
         const QString text = sim.ui.messages[0].text;
@@ -87,7 +87,7 @@ private slots:
     void monitorChainIdentifiesTheDriveFirst() {
         Session s;
         s.start(true);
-        QVERIFY(s.tickUntil([&] { return s.link.MonitorRunning && s.heard.size() > 6; }));
+        QVERIFY(s.tickUntil([&] { return s.link.run().MonitorRunning && s.heard.size() > 6; }));
         QCOMPARE(s.heard.value(0), QStringLiteral("0ma"));
         QCOMPARE(s.heard.value(1), QStringLiteral("0PR77"));
         QCOMPARE(s.heardCount(QStringLiteral("0PR77")), 1);

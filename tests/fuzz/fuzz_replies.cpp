@@ -141,8 +141,10 @@ struct Line {
         // The drive's version is a signed 16-bit number.
         VELORA_FUZZ_CHECK(global.Link.DriverVersion >= -32768 &&
                           global.Link.DriverVersion <= 32767);
-        VELORA_FUZZ_CHECK(!global.Link.AwaitingReply || !global.Link.LastCommand.isEmpty());
-        VELORA_FUZZ_CHECK(global.Link.WaveState >= 0 && global.Link.WaveState <= 3);
+        VELORA_FUZZ_CHECK(!global.Link.run().AwaitingReply ||
+                          !global.Link.run().LastCommand.isEmpty());
+        const int wave = static_cast<int>(global.Link.run().Wave);
+        VELORA_FUZZ_CHECK(wave >= 0 && wave <= static_cast<int>(WaveState::ReceivingRecord));
     }
 
     Global global;

@@ -18,7 +18,7 @@ struct DriveRig : ShellRig {
         QObject::connect(&line, &sim::SimulatedLine::commandReceived,
                          [this](const QString& text) { received << text; });
         start();
-        QVERIFY(runUntil([this] { return link().MonitorRunning; }));
+        QVERIFY(runUntil([this] { return link().run().MonitorRunning; }));
     }
     // Ticks the polling timer by hand every 50 ms while the drive answers, until done or
     // about 3 s.

@@ -2,6 +2,7 @@
 
 #include "core/shared/Global.h"
 #include "core/shared/TextCatalogue.h"
+#include "gui/app/AppLinkUi.h"
 #include "gui/app/MDIParent.h"
 #include "support/FakeTransport.h"
 
@@ -57,7 +58,8 @@ public:
             setup.transports = std::move(transports);
         setup.deviceOverride = device;
         setup.siblingDirectory = dir.path();
-        window = std::make_unique<MDIParent>(global, std::move(setup));
+        session = std::make_unique<DriveSession>(global, linkUi, std::move(setup));
+        window = std::make_unique<MDIParent>(*session, linkUi);
         window->messageBoxes().setAnswerer([this](const MessageBoxes::Message& message) {
             messages.append(message);
             if (message.buttons.testFlag(QMessageBox::Yes))
@@ -108,10 +110,14 @@ public:
 
     QTemporaryDir dir;
     Global global;
+    MessageBoxes boxes;
+    AppLinkUi linkUi{boxes};
     bool refuseOpen = false;
     // The answer to every Yes/No question.
     QMessageBox::StandardButton yesNoAnswer = QMessageBox::No;
     QList<MessageBoxes::Message> messages;
+    // As in main: the session is there before the window and goes after it.
+    std::unique_ptr<DriveSession> session;
     std::unique_ptr<MDIParent> window;
 };
 

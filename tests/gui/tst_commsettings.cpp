@@ -133,7 +133,7 @@ private slots:
         QCOMPARE(rig.link().PortNumber, 3);
         QCOMPARE(rig.link().AxisNumber, 5);
         QCOMPARE(rig.link().BaudRate, u"38400"_s);
-        QVERIFY(rig.link().UsbMode && rig.link().Online && rig.link().PortOpen);
+        QVERIFY(rig.link().UsbMode && rig.link().Online && rig.link().run().PortOpen);
         QVERIFY(rig.link().RealTimeMonitor);
         QCOMPARE(rig.port()->backEnd(), BackEnd::UsbSerial);
         QCOMPARE(rig.port()->opens.last(), qMakePair(deviceForPort(BackEnd::UsbSerial, 3), 38400));
@@ -223,7 +223,7 @@ private slots:
             dialog->findChild<QPushButton*>(button)->click();
         QVERIFY(!dialog->isVisible());
         QVERIFY(!rig.link().Online);
-        QVERIFY(!rig.link().PortOpen);
+        QVERIFY(!rig.link().run().PortOpen);
         QVERIFY(!rig.port()->isOpen());
         QVERIFY(rig.link().RealTimeMonitor);
         QCOMPARE(rig.window->windowTitle(), ja(1021));
@@ -263,7 +263,7 @@ private slots:
         QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(), en(1208));
         QVERIFY(rig.control<QLabel>(u"Label5"_s)->text().isEmpty());
         QVERIFY(rig.control(u"Command(0)"_s)->isEnabled());
-        QVERIFY(!rig.link().Searching);
+        QVERIFY(!rig.link().run().Searching);
     }
 
     void searchFindsTheSimulatedDrive_data() {
@@ -306,11 +306,11 @@ private slots:
         QCOMPARE(rig.link().AxisNumber, 3);
         QCOMPARE(rig.link().BaudRate, u"19200"_s);
         // The drive answers the monitor on the new setting.
-        rig.link().ReplyCode.clear();
+        rig.engine().supervisionForTests().ReplyCode.clear();
         QVERIFY(QTest::qWaitFor(
             [&rig] {
                 rig.engine().tick();
-                return rig.link().ReplyCode == QLatin1String("ma");
+                return rig.link().run().ReplyCode == QLatin1String("ma");
             },
             2000));
     }

@@ -155,10 +155,10 @@ private slots:
 
         // The polling echo, switched over the Send button.
         hiddenGesture(send);
-        QVERIFY(shell.rig->link().EchoPolls);
+        QVERIFY(shell.rig->link().run().EchoPolls);
         QVERIFY(shell.runUntil([&] { return received->text().startsWith(u"0ma"_s); }));
         hiddenGesture(send);
-        QVERIFY(!shell.rig->link().EchoPolls);
+        QVERIFY(!shell.rig->link().run().EchoPolls);
         hiddenGesture(shell.find<QPushButton>(u"CmdButton(12)"_s));
         QVERIFY(send->isHidden() && typed->text().isEmpty());
     }
@@ -202,7 +202,7 @@ private slots:
         auto* fin = shell.find(u"LblOutState(0)"_s);
         auto* brakeLamp = shell.find<QFrame>(u"ShpOutLamp(3)"_s);
         const QString closedLamp = QColor(IOStatusWindow::ClosedLamp).name();
-        QVERIFY(shell.runUntil([&] { return shell.rig->link().MonitorRunning; }));
+        QVERIFY(shell.runUntil([&] { return shell.rig->link().run().MonitorRunning; }));
         QCOMPARE(brake->text(), u": OPEN"_s);
         QVERIFY(!brakeLamp->styleSheet().contains(closedLamp));
         QCOMPARE(shell.find(u"LblOutName(3)"_s)->text(), u"BK"_s);

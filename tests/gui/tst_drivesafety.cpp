@@ -136,10 +136,10 @@ private slots:
         QVERIFY(rig.runUntil([&] { return ServoStatus(rig.link().ServoStatus).servoOn(); }));
         // A stop given while a jog still waits for its turn takes the jog's place.
         rig.click(console, u"CmdButton(23)"_s);
-        QCOMPARE(rig.link().QueuedCommand, u"0PJ"_s);
+        QCOMPARE(rig.link().run().QueuedCommand, u"0PJ"_s);
         QVERIFY(jogOff->isEnabled());
         jogOff->trigger();
-        QCOMPARE(rig.link().QueuedCommand, u"0JF"_s);
+        QCOMPARE(rig.link().run().QueuedCommand, u"0JF"_s);
         QVERIFY(rig.runUntil([&] { return rig.received.contains(u"0JF"_s); }));
         QVERIFY(!rig.received.contains(u"0PJ"_s));
 
@@ -182,7 +182,7 @@ private slots:
         QTRY_VERIFY2(progress.match(activity->text()).hasMatch(), qPrintable(activity->text()));
 
         QTest::mouseClick(rig.find<QPushButton>(u"CmdCancel"_s, busy), Qt::LeftButton);
-        QVERIFY(!busy->isVisible() && !rig.link().PointTransferActive);
+        QVERIFY(!busy->isVisible() && !rig.link().run().PointTransferActive);
         const int left = rig.global.Points.changedCount();
         QVERIFY(left > 0 && left < 64);
         QVERIFY(rig.runUntil(

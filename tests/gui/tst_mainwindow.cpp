@@ -172,7 +172,7 @@ private slots:
             QVERIFY(!rig.find<QPushButton>(u"Command(%1)"_s.arg(i), prm)->isEnabled());
         prm->Command_Click(PrmTblWindow::ReadServo);
         QCOMPARE(rig.messages.last().text, ja(1820));
-        QVERIFY(!rig.find(u"InCOMDialog"_s)->isVisible() && !rig.link().ParamTransferActive);
+        QVERIFY(!rig.find(u"InCOMDialog"_s)->isVisible() && !rig.link().run().ParamTransferActive);
     }
 
     void allAxesStartsWithTransfersDisabled() {
@@ -233,7 +233,7 @@ private slots:
         QVERIFY(rig.messages[0].text.startsWith(en(1702)));
         QCOMPARE(rig.messages[0].icon, QMessageBox::Critical);
         QVERIFY(rig.find(u"CommSettings"_s)->isVisible());
-        QVERIFY(!rig.link().PortOpen && !rig.link().RealTimeMonitor);
+        QVERIFY(!rig.link().run().PortOpen && !rig.link().RealTimeMonitor);
         rig.link().PortNumber = 3;
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
         rig.engine().setPollIntervalMs(600);
@@ -300,7 +300,7 @@ private slots:
         QVERIFY(busy->isVisible());
         rig.engine().HideDialog();
         QVERIFY(!busy->isVisible());
-        QVERIFY(!rig.link().BusyDialogShown);
+        QVERIFY(!rig.link().run().BusyDialogShown);
     }
 
     void traceRecordsFiltersAndSaves() {
@@ -358,13 +358,13 @@ private slots:
         rig.find<QAction>(u"mnuSystemCheck"_s)->trigger();
         QCOMPARE(checked, QStringList{rig.engine().device()});
         QVERIFY(!heldDuringCheck);
-        QVERIFY(rig.port()->isOpen() && rig.link().PortOpen);
+        QVERIFY(rig.port()->isOpen() && rig.link().run().PortOpen);
         QVERIFY(rig.find<QPlainTextEdit>(u"TxtFindings"_s, dialog)
                     ->toPlainText()
                     .endsWith(u"Problem: "_s + en(1957).arg(u"0", u"9600")));
         rig.find<QPushButton>(u"CmdCheckSearch"_s, dialog)->click();
         QVERIFY(!dialog->isVisible());
-        QVERIFY(rig.window->commSettings()->isVisible() && rig.link().Searching);
+        QVERIFY(rig.window->commSettings()->isVisible() && rig.link().run().Searching);
     }
 
     void helpMenu() {
@@ -400,9 +400,9 @@ private slots:
         rig.start();
         auto* com = rig.find<QLabel>(u"LblCom"_s);
         QTest::mouseClick(com, Qt::MiddleButton, Qt::ControlModifier);
-        QVERIFY(!rig.link().EchoPolls);
+        QVERIFY(!rig.link().run().EchoPolls);
         QTest::mouseClick(com, Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
-        QVERIFY(rig.link().EchoPolls);
+        QVERIFY(rig.link().run().EchoPolls);
         rig.ticks(2);
         QCOMPARE(rig.find<QLineEdit>(u"ComText(0)"_s)->text(), u"0ma"_s);
     }

@@ -101,7 +101,7 @@ private slots:
             }
             return done();
         };
-        QVERIFY(runUntil([&] { return rig.link().MonitorRunning; }));
+        QVERIFY(runUntil([&] { return rig.link().run().MonitorRunning; }));
         sim::DriveModel& drive = line.bus().drive(0)->model();
         QVERIFY(drive.servoOn() == sim::DriveModel::Refusal::None);
         QVERIFY(drive.jog(false) == sim::DriveModel::Refusal::None);
@@ -167,7 +167,7 @@ private slots:
         // Queued for the next turn, never sent at once.
         const int sentBefore = rig.sent().size();
         QTest::mouseClick(reset, Qt::LeftButton);
-        QCOMPARE(rig.link().QueuedCommand, u"0QP"_s);
+        QCOMPARE(rig.link().run().QueuedCommand, u"0QP"_s);
         QCOMPARE(rig.sent().size(), sentBefore);
 
         rig.engine().DisableTransferButtons();

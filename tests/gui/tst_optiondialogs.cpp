@@ -22,7 +22,7 @@ namespace {
 struct OptionsRig : ShellRig {
     OptionsRig() {
         start();
-        link().MonitorRunning = true;
+        engine().setMonitorRunning(true);
     }
     void open() {
         find<QAction>(u"mnuSystemItem(2)"_s)->trigger();
@@ -111,7 +111,7 @@ private slots:
         rig.control<QCheckBox>(u"ChkRtmon"_s)->setChecked(false);
         rig.ok();
         QVERIFY(!rig.link().RealTimeMonitor);
-        QVERIFY(!rig.link().MonitorRunning);
+        QVERIFY(!rig.link().run().MonitorRunning);
         QVERIFY(rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
     }
 
@@ -129,7 +129,7 @@ private slots:
 
         QVERIFY(!rig.dialog->isVisible());
         QCOMPARE(rig.engine().pollIntervalMs(), 250);
-        QVERIFY(rig.link().RealTimeMonitor && rig.link().MonitorRunning);
+        QVERIFY(rig.link().RealTimeMonitor && rig.link().run().MonitorRunning);
         QVERIFY(rig.global.AxisChangeCaution && rig.global.ConnectCautionDialog);
         QCOMPARE(rig.global.Prm1To45Connect, 0);
         QCOMPARE(rig.link().NonVolatileWrite, (std::array<bool, 3>{true, true, true}));

@@ -79,8 +79,8 @@ private slots:
         rig.port()->opens.clear();
         rig.port()->frames.clear();
         rig.search.start(rig.state.UsbMode);
-        QVERIFY(rig.state.Searching);
-        QVERIFY(rig.state.AwaitingReply);
+        QVERIFY(rig.state.run().Searching);
+        QVERIFY(rig.state.run().AwaitingReply);
         const int ticks = rig.runOut();
 
         QCOMPARE(rig.port()->sentTexts(), probes(static_cast<int>(rates.size())));
@@ -91,8 +91,8 @@ private slots:
         QCOMPARE(rig.rates(), rates << 19200);
         QCOMPARE(rig.state.BaudRate, u"19200"_s);
         QCOMPARE(rig.state.AxisNumber, 2);
-        QVERIFY(!rig.state.Searching);
-        QVERIFY(!rig.state.AwaitingReply);
+        QVERIFY(!rig.state.run().Searching);
+        QVERIFY(!rig.state.run().AwaitingReply);
     }
 
     void cancelHandsTheLinkBack() {
@@ -101,7 +101,7 @@ private slots:
         rig.state.AlarmSeen = true;
         rig.search.start(rig.state.UsbMode);
         // Probes are supervised even for an all-axes setting or a pending alarm.
-        QVERIFY(rig.state.AwaitingReply);
+        QVERIFY(rig.state.run().AwaitingReply);
         QCOMPARE(rig.state.AxisNumber, 0);
         for (int i = 0; i < 70; ++i)
             rig.engine.tick();
@@ -111,7 +111,7 @@ private slots:
         QCOMPARE(rig.state.AxisNumber, 15);
         QCOMPARE(rig.state.BaudRate, u"19200"_s);
         QCOMPARE(rig.rates().last(), 19200);
-        QVERIFY(!rig.state.AwaitingReply);
+        QVERIFY(!rig.state.run().AwaitingReply);
     }
 
     void portThatCannotOpenEndsTheSearch() {
@@ -121,7 +121,7 @@ private slots:
         rig.search.start(rig.state.UsbMode);
         QCOMPARE(rig.outcomes, QList<PortSearch::Outcome>{PortSearch::Outcome::NotFound});
         QVERIFY(rig.port()->frames.isEmpty());
-        QVERIFY(!rig.state.Searching);
+        QVERIFY(!rig.state.run().Searching);
     }
 };
 

@@ -123,7 +123,7 @@ private slots:
         QCOMPARE(window->windowTitle(), en(1057) + u" - table.tbl"_s);
         rig.received.clear();
         rig.click(window, u"Command(2)"_s);
-        QVERIFY(rig.runUntil([&] { return !rig.link().PointTransferActive; }));
+        QVERIFY(rig.runUntil([&] { return !rig.link().run().PointTransferActive; }));
         QCOMPARE(rig.receivedWith(u"T[TW]"_s).size(), 64);
         QCOMPARE(drive.ram().points[3].position, -1234);
         QCOMPARE(drive.ram().points[63].position, 62993);
@@ -177,7 +177,7 @@ private slots:
         QCOMPARE(baseOf(box(24)), 0xFFFFFFu);
         QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(), en(1861) + u"2"_s);
         rig.click(window, u"Command(2)"_s);
-        QVERIFY(rig.runUntil([&] { return !rig.link().ComTableTransferActive; }));
+        QVERIFY(rig.runUntil([&] { return !rig.link().run().ComTableTransferActive; }));
         QCOMPARE(rig.receivedWith(u"[VCQ][WT]"_s), (QStringList{u"0VW3;5DC"_s, u"0QW5;3A98"_s}));
         QCOMPARE(drive.ram().velocity[3], 1500);
         QCOMPARE(drive.ram().torque[5], 15000);
@@ -192,7 +192,7 @@ private slots:
         QCOMPARE(window->windowTitle(), en(1053) + u" - table.sct"_s);
         rig.received.clear();
         rig.click(window, u"Command(2)"_s);
-        QVERIFY(rig.runUntil([&] { return !rig.link().ComTableTransferActive; }));
+        QVERIFY(rig.runUntil([&] { return !rig.link().run().ComTableTransferActive; }));
         QCOMPARE(rig.receivedWith(u"[VCQ][WT]"_s).size(), 27);
         QCOMPARE(drive.ram().velocity[3], 1500);
     }

@@ -110,7 +110,7 @@ private slots:
         // Minimised on a small screen: opened as a user would, at a size that shows the trace.
         rig.find(u"HMon"_s)->parentWidget()->showNormal();
         rig.find(u"HMon"_s)->parentWidget()->resize(760, 560);
-        QVERIFY(runUntil(rig, [&] { return rig.link().MonitorRunning; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().MonitorRunning; }));
         auto* run = control<QPushButton>(rig, u"CmdRun"_s);
         auto* cancel = control<QPushButton>(rig, u"CmdCancel"_s);
         auto* status = control<QLabel>(rig, u"LblJap"_s);
@@ -124,7 +124,7 @@ private slots:
         QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         const QRect settings = control(rig, u"PictEnable"_s)->geometry();
         QTest::mouseClick(run, Qt::LeftButton);
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Armed; }));
         QCOMPARE(status->text(), en(1338));
         QCOMPARE(control(rig, u"PictEnable"_s)->geometry(), settings);  // nothing squeezed
         QVERIFY(!control(rig, u"PictEnable"_s)->isEnabled());
@@ -137,7 +137,7 @@ private slots:
 
         // The jog triggers it; the record arrives and is drawn as "now".
         QVERIFY(drive.jog(false) == sim::DriveModel::Refusal::None);
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 0; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Idle; }));
         QVERIFY(control(rig, u"PictYomitorichu"_s)->isHidden());
         QVERIFY(control(rig, u"PictEnable"_s)->isEnabled());
         QVERIFY(cancel->isEnabled());
@@ -151,7 +151,7 @@ private slots:
                  wave::yFraction(store.sample(1, 249, 0), span, 50) * velocity->height());
         QVERIFY(drawn.last().y() < drawn.first().y());
         QVERIFY(showsNowTrace(velocity));
-        QVERIFY(runUntil(rig, [&] { return rig.link().MonitorRunning; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().MonitorRunning; }));
 
         // A second capture, triggered by hand, moves the first into "previous".
         const WaveStore::Record first = store.WaveSamples[1];
@@ -159,8 +159,8 @@ private slots:
         // Run is locked while another exchange (the identification, a poll) is in flight.
         QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         QTest::mouseClick(run, Qt::LeftButton);
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState != 0; }));
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 0; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave != WaveState::Idle; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Idle; }));
         QVERIFY(store.WaveSamples[2] == first);
         QCOMPARE(control<WaveTrace>(rig, u"Picture1(1)"_s)->drawnSlots(), QList<int>({2, 1}));
 
@@ -196,13 +196,13 @@ private slots:
 
         // Cancel while waiting: idle again, and the monitor chain runs on.
         control<QComboBox>(rig, u"CmbTrig"_s)->setCurrentIndex(0);
-        QVERIFY(runUntil(rig, [&] { return rig.link().QueuedCommand.isEmpty(); }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().QueuedCommand.isEmpty(); }));
         // Run is locked while another exchange (the identification, a poll) is in flight.
         QVERIFY(runUntil(rig, [&] { return run->isEnabled(); }));
         QTest::mouseClick(run, Qt::LeftButton);
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 1; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Armed; }));
         QTest::mouseClick(cancel, Qt::LeftButton);
-        QVERIFY(runUntil(rig, [&] { return rig.link().WaveState == 0; }));
+        QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Idle; }));
         QVERIFY(control(rig, u"PictYomitorichu"_s)->isHidden());
         QVERIFY(store.WaveSamples[1] == now);
         const qsizetype sentAfterCancel = received.size();
@@ -230,7 +230,7 @@ private slots:
         QTest::keyClick(control(rig, u"TxtDummy1"_s), Qt::Key_Left);
         QTest::keyClick(control(rig, u"TxtDummy1"_s), Qt::Key_Left);
         QCOMPARE(store.TriggerPosition, 51);
-        QCOMPARE(rig.link().QueuedCommand, u"0wt000033"_s);
+        QCOMPARE(rig.link().run().QueuedCommand, u"0wt000033"_s);
         QTest::keyClick(control(rig, u"Picture1(1)"_s), Qt::Key_Up);
         QCOMPARE(store.ZeroLevel[1], 55);
         QCOMPARE(control<QComboBox>(rig, u"CmbTqZero"_s)->currentText(), u"55"_s);

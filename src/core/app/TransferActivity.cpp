@@ -41,26 +41,27 @@ QString TransferActivity::text() const {
     const int lang = s.LanguageId;
     const QString drive = driverules::name(lang, driverules::currentDrive(engine_));
     // The chain's command may still wait for its slot.
-    const QString command = s.QueuedCommand.isEmpty() ? s.LastCommand : s.QueuedCommand;
+    const QString command =
+        s.run().QueuedCommand.isEmpty() ? s.run().LastCommand : s.run().QueuedCommand;
     const QString code = wire::codeOf(command);
     const bool writing = code.size() == 2 && code.at(0).isUpper() &&
                          (code.at(1) == QLatin1Char('W') || code.at(1) == QLatin1Char('T'));
     const driverules::Unwritten now = driverules::unwritten(global_);
-    if (s.ParamTransferActive) {
+    if (s.run().ParamTransferActive) {
         if (!writing)
             return TextCatalogue::text(lang, 1464).arg(drive) + received(ParamsReplyLength);
         return TextCatalogue::text(lang, 1467)
             .arg(params_.paramIndex(), 2, 10, QLatin1Char('0'))
             .arg(drive, position(total_.params, now.params));
     }
-    if (s.PointTransferActive) {
+    if (s.run().PointTransferActive) {
         if (!writing)
             return TextCatalogue::text(lang, 1465).arg(drive) + received(PointsReplyLength);
         return TextCatalogue::text(lang, 1468)
             .arg(global_.Points.PointTransferIndex)
             .arg(drive, position(total_.points, now.points));
     }
-    if (s.ComTableTransferActive) {
+    if (s.run().ComTableTransferActive) {
         if (!writing)
             return TextCatalogue::text(lang, 1466).arg(drive) + received(CommandsReplyLength);
         const int k = global_.Com.ComIndex;

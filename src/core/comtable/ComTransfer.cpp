@@ -77,7 +77,7 @@ QString ComTransfer::writeCommand(int k) const {
 
 void ComTransfer::start(Chain chain, const QString& command) {
     chain_ = chain;
-    tablechain::start(engine_, link_.ComTableTransferActive, command);
+    tablechain::start(engine_, Transfer::Commands, command);
 }
 
 void ComTransfer::readAll() {
@@ -127,7 +127,7 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
     tables_.ComChanged.fill(false);
     tables_.Origin = driverules::currentDrive(engine_);
     emit tableRefreshed();
-    tablechain::endTableRead(engine_, tables_.ComLoaded, link_.ComTableTransferActive, [this] {
+    tablechain::endTableRead(engine_, tables_.ComLoaded, Transfer::Commands, [this] {
         chain_ = Chain::None;
         emit transferFinished(Chain::ReadAll);
     });
@@ -136,7 +136,7 @@ ReplyStatus ComTransfer::OnComAll(const QString& text) {
 
 ReplyStatus ComTransfer::OnComWritten() {
     // The link clears the shared flag when an error reply or a time-out ends the chain.
-    if (!link_.ComTableTransferActive || chain_ != Chain::Write) {
+    if (!link_.run().ComTableTransferActive || chain_ != Chain::Write) {
         engine_.EnableControls(true);
         return ReplyStatus::Handled;
     }
@@ -154,7 +154,7 @@ ReplyStatus ComTransfer::OnComWritten() {
     emit cellWritten(k);
     engine_.HideDialog();
     engine_.pauseTimer1();
-    link_.ComTableTransferActive = false;
+    engine_.endTransfer(Transfer::Commands);
     chain_ = Chain::None;
     engine_.EnableControls(true);
     emit transferFinished(Chain::Write);
@@ -164,7 +164,7 @@ ReplyStatus ComTransfer::OnComWritten() {
 }
 
 ReplyStatus ComTransfer::OnEntryRead(const QString& text, int digits) {
-    if (!link_.ComTableTransferActive) {
+    if (!link_.run().ComTableTransferActive) {
         engine_.EnableControls(true);
         return ReplyStatus::Handled;
     }
@@ -188,7 +188,7 @@ ReplyStatus ComTransfer::OnEntryRead(const QString& text, int digits) {
     }
     emit cellRefreshed(k);
     tables_.ComLoaded = true;
-    link_.ComTableTransferActive = false;
+    engine_.endTransfer(Transfer::Commands);
     chain_ = Chain::None;
     engine_.EnableControls(true);
     emit transferFinished(Chain::ReadEach);

@@ -62,7 +62,7 @@ void AdapterWatch::onPortLost() {
     if (waiting())
         return;
     lostDevice_ = engine_.device();
-    engine_.state().PortOpen = false;
+    engine_.markPortClosed();
     emit note(text(1961).arg(lostDevice_));
     recheck_.start();
 }
@@ -70,7 +70,7 @@ void AdapterWatch::onPortLost() {
 void AdapterWatch::recheck() {
     const LinkState& state = engine_.state();
     // Gone offline, or the user opened a port meanwhile: nothing to wait for any more.
-    if (!state.Online || state.PortOpen) {
+    if (!state.Online || state.run().PortOpen) {
         recheck_.stop();
         return;
     }

@@ -26,7 +26,7 @@ int PortSearch::rate(int index) {
 }
 
 bool PortSearch::running() const {
-    return engine_.state().Searching;
+    return engine_.state().run().Searching;
 }
 
 QString PortSearch::SearchBaud() const {
@@ -49,7 +49,7 @@ void PortSearch::start(bool usb) {
     savedUsb_ = s.UsbMode;
     savedBaud_ = s.BaudRate;
     s.UsbMode = usb;
-    s.Searching = true;
+    engine_.beginSearch();
     // A pending alarm would leave the probes unsupervised, and then no step would ever come.
     s.AlarmSeen = false;
     applyBackEnd(engine_, factory_);
@@ -68,7 +68,7 @@ void PortSearch::cancel() {
 
 void PortSearch::step() {
     LinkState& s = engine_.state();
-    if (!s.Searching)
+    if (!s.run().Searching)
         return;
     if (axis_ < LastAxis) {
         ++axis_;
@@ -98,8 +98,7 @@ void PortSearch::probe() {
     // The probe's axis is the link's axis while it is out, so that it is supervised like any
     // command (an all-axes setting would send it unanswered).
     s.AxisNumber = axis_;
-    s.RetryCount = 0;
-    s.TickCount = 0;
+    engine_.restartSupervision();
     engine_.SendCommand(wire::axisCharacter(axis_) + QStringLiteral("PR77"));
     if (probed_)
         probed_();
@@ -107,8 +106,7 @@ void PortSearch::probe() {
 
 void PortSearch::finish(Outcome outcome) {
     LinkState& s = engine_.state();
-    s.Searching = false;
-    s.AwaitingReply = false;
+    engine_.endSearch();
     s.AxisNumber = savedAxis_;
     s.UsbMode = savedUsb_;
     s.BaudRate = savedBaud_;

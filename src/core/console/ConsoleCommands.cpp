@@ -85,12 +85,12 @@ bool ConsoleCommands::CommandSend_Click(const QString& typed) {
 
 void ConsoleCommands::post(const QString& text) {
     LinkState& s = engine_.state();
-    s.QueuedCommand = text;
+    engine_.queueCommand(text);
     // A running wave capture keeps the monitor chain still; the command goes now instead.
-    if (s.RealTimeMonitor && s.WaveState == 0)
+    if (s.RealTimeMonitor && s.run().Wave == WaveState::Idle)
         return;
-    const QString now = s.QueuedCommand;
-    s.QueuedCommand.clear();
+    const QString now = s.run().QueuedCommand;
+    engine_.dropQueuedCommand();
     engine_.SendCommand(now);
 }
 
@@ -98,11 +98,12 @@ void ConsoleCommands::stop(int button) {
     LinkState& s = engine_.state();
     const QString text = commandText(s.AxisNumber, button, QString());
     // An alarm sends its query ahead of any queued command, turn after turn.
-    if (s.RealTimeMonitor && s.MonitorRunning && s.WaveState == 0 && !s.AlarmSeen) {
-        s.QueuedCommand = text;
+    if (s.RealTimeMonitor && s.run().MonitorRunning && s.run().Wave == WaveState::Idle &&
+        !s.AlarmSeen) {
+        engine_.queueCommand(text);
         return;
     }
-    s.QueuedCommand.clear();
+    engine_.dropQueuedCommand();
     engine_.SendCommand(text);
 }
 

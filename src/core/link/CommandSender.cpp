@@ -15,26 +15,27 @@ bool CommandSender::SendCommand(const QString& text) {
     if (text.isEmpty())
         return false;
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     if (!reachable() || !admits(text))
         return false;
     const QString code = wire::codeOf(text);
     const bool broadcast = wire::isBroadcast(text, s.AxisNumber);
 
     if (s.AxisNumber == wire::AllAxes || broadcast || !commands::isSupervised(code)) {
-        s.AwaitingReply = false;
+        run.AwaitingReply = false;
     } else {
         // While an alarm is pending the drive may not answer; nothing is re-sent then.
-        s.AwaitingReply = !s.AlarmSeen;
+        run.AwaitingReply = !s.AlarmSeen;
     }
-    s.LastCode = code;
-    s.RetryCount = 0;
-    s.TickCount = 0;
-    s.LastCommand = text;
+    run.LastCode = code;
+    run.RetryCount = 0;
+    run.TickCount = 0;
+    run.LastCommand = text;
     ++sequence_;
     heldFrame_.clear();
     // The frame leaves before the windows are touched: locking every control of every window
     // takes longer than a short frame on the line. No reply can be handled before this returns.
-    if (s.AwaitingReply && holdTicks_ > 0 && wire::answers(text, lateAnswersOf_) &&
+    if (run.AwaitingReply && holdTicks_ > 0 && wire::answers(text, lateAnswersOf_) &&
         wire::codeOf(text) == wire::codeOf(lateAnswersOf_))
         heldFrame_ = text;
     else
@@ -48,7 +49,7 @@ bool CommandSender::SendCommand(const QString& text) {
     if (!wire::isPollingCode(code)) {
         engine_.ui().setComText(0, text);
         engine_.ui().setComText(1, QString());
-    } else if (s.EchoPolls) {
+    } else if (run.EchoPolls) {
         engine_.ui().setComText(0, text);
     }
     return true;
@@ -56,19 +57,21 @@ bool CommandSender::SendCommand(const QString& text) {
 
 bool CommandSender::PostCommand(const QString& text) {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     if (!reachable())
         return false;
-    s.QueuedCommand = text;
+    run.QueuedCommand = text;
     if (s.RealTimeMonitor)
         return true;  // leaves with the next slot of the monitor chain
-    const QString now = s.QueuedCommand;
-    s.QueuedCommand.clear();
+    const QString now = run.QueuedCommand;
+    run.QueuedCommand.clear();
     return SendCommand(now);
 }
 
 bool CommandSender::reachable() const {
     const LinkState& s = engine_.state();
-    if (s.Online && s.PortOpen)
+    const LinkSupervision& run = s.run();
+    if (s.Online && run.PortOpen)
         return true;
     engine_.showError(TextCatalogue::text(s.LanguageId, 1820),
                       TextCatalogue::text(s.LanguageId, 1705));
@@ -76,19 +79,19 @@ bool CommandSender::reachable() const {
 }
 
 int CommandSender::waitLimit() const {
-    const LinkState& s = engine_.state();
-    if (!commands::isReadAll(s.LastCode))
+    const LinkSupervision& run = engine_.state().run();
+    if (!commands::isReadAll(run.LastCode))
         return 1;
     // About two seconds for the one long reply of a read-all.
     return static_cast<int>(roundHalfEven(2000.0 / engine_.pollIntervalMs()));
 }
 
 void CommandSender::answeredAfterResends() {
-    const LinkState& s = engine_.state();
+    const LinkSupervision& run = engine_.state().run();
     // The last frame's answer is due about one re-send interval after the one taken; one more
     // interval of margin.
-    holdTicks_ = (s.RetryCount + 1) * (waitLimit() + 1);
-    lateAnswersOf_ = s.LastCommand;
+    holdTicks_ = (run.RetryCount + 1) * (waitLimit() + 1);
+    lateAnswersOf_ = run.LastCommand;
 }
 
 void CommandSender::countTick() {
@@ -96,49 +99,50 @@ void CommandSender::countTick() {
         return;
     const QString frame = heldFrame_;
     heldFrame_.clear();
-    engine_.state().TickCount = 0;
+    engine_.supervision().TickCount = 0;
     engine_.SendByteData(frame);
 }
 
 bool CommandSender::supervise() {
-    LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     if (frameHeld())
         return false;  // nothing is on the line to wait for
-    if (s.Searching && s.TickCount >= 1 && portSearchStep_) {
+    if (run.Searching && run.TickCount >= 1 && portSearchStep_) {
         portSearchStep_();
         return true;
     }
-    if (s.RetryCount >= MaxResends) {
+    if (run.RetryCount >= MaxResends) {
         communicationFailure();
-    } else if (s.TickCount < waitLimit()) {
-        ++s.TickCount;
+    } else if (run.TickCount < waitLimit()) {
+        ++run.TickCount;
     } else {
-        ++s.RetryCount;
-        s.TickCount = 0;
-        engine_.SendByteData(s.LastCommand);
+        ++run.RetryCount;
+        run.TickCount = 0;
+        engine_.SendByteData(run.LastCommand);
     }
     return false;
 }
 
 void CommandSender::communicationFailure() {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     engine_.pauseTimer1();
-    if (s.BusyDialogShown)
+    if (run.BusyDialogShown)
         engine_.HideDialog();
     const bool retry =
         engine_.askRetry(linkfailure::noAnswer(engine_), TextCatalogue::text(s.LanguageId, 1705));
     if (retry) {
-        s.RetryCount = 0;
-        s.TickCount = 0;
-        if (s.ParamTransferActive || s.PointTransferActive || s.ComTableTransferActive) {
+        run.RetryCount = 0;
+        run.TickCount = 0;
+        if (run.ParamTransferActive || run.PointTransferActive || run.ComTableTransferActive) {
             engine_.ShowBusyDialog();
         }
-        engine_.SendByteData(s.LastCommand);
+        engine_.SendByteData(run.LastCommand);
     } else {
-        s.AwaitingReply = false;
-        s.ParamTransferActive = false;
-        s.PointTransferActive = false;
-        s.ComTableTransferActive = false;
+        run.AwaitingReply = false;
+        run.ParamTransferActive = false;
+        run.PointTransferActive = false;
+        run.ComTableTransferActive = false;
         engine_.resetWaveDisplay();
         engine_.EnableControls(true);
         if (engine_.transport())

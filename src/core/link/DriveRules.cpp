@@ -31,7 +31,7 @@ DriveId currentDrive(const LinkEngine& engine) {
 
 DriveId connectedDrive(const LinkEngine& engine) {
     const LinkState& s = engine.state();
-    return s.Online && s.PortOpen ? currentDrive(engine) : DriveId{};
+    return s.Online && s.run().PortOpen ? currentDrive(engine) : DriveId{};
 }
 
 QString name(int languageId, const DriveId& drive) {

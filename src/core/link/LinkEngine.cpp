@@ -13,6 +13,7 @@ namespace velora {
 LinkEngine::LinkEngine(LinkState& state, LinkUi& ui, Ticks ticks, QObject* parent)
     : QObject(parent),
       state_(state),
+      run_(state.run_),
       ui_(ui),
       ticks_(ticks),
       sender_(*this),
@@ -80,7 +81,7 @@ OpenResult LinkEngine::reopen() {
         if (!lastOpen_.ok && openAdvice_)
             lastOpen_.advise(openAdvice_(lastOpen_));
     }
-    state_.PortOpen = lastOpen_.ok;
+    run_.PortOpen = lastOpen_.ok;
     return lastOpen_;
 }
 
@@ -112,8 +113,8 @@ void LinkEngine::SendByteData(const QString& text) {
     }
     const int baud = state_.baudRateValue() > 0 ? state_.baudRateValue() : 9600;
     // Ten bit times per character: the text, both frame bytes and one spare.
-    state_.TransmitTimeMs = static_cast<int>(roundHalfEven((text.size() + 3) * 10000.0 / baud));
-    timer2IntervalMs_ = state_.TransmitTimeMs + 10;
+    run_.TransmitTimeMs = static_cast<int>(roundHalfEven((text.size() + 3) * 10000.0 / baud));
+    timer2IntervalMs_ = run_.TransmitTimeMs + 10;
     timer2Armed_ = true;
     if (ticks_ == Ticks::Timers)
         timer2_.start(timer2IntervalMs_);
@@ -124,7 +125,7 @@ void LinkEngine::endOfTransmission() {
     timer2Armed_ = false;
     if (transport_)
         transport_->transmissionDone();
-    if (wire::isBroadcast(state_.LastCommand, state_.AxisNumber)) {
+    if (wire::isBroadcast(run_.LastCommand, state_.AxisNumber)) {
         showNotice(TextCatalogue::text(state_.LanguageId, 1716) + QLatin1Char('\n') +
                        TextCatalogue::text(state_.LanguageId, 1717),
                    TextCatalogue::text(state_.LanguageId, 1718));
@@ -136,7 +137,7 @@ void LinkEngine::EnableControls(bool enable) {
 }
 
 void LinkEngine::DisableTransferButtons() {
-    state_.WaveState = 0;
+    run_.Wave = WaveState::Idle;
     ui_.DisableTransferButtons();
 }
 
@@ -147,21 +148,86 @@ void LinkEngine::DisableCommControls() {
 
 void LinkEngine::ShowBusyDialog() {
     // Nothing could close it: no reply comes over a link that is down.
-    if (!state_.Online || !state_.PortOpen)
+    if (!state_.Online || !run_.PortOpen)
         return;
-    state_.BusyDialogShown = true;
+    run_.BusyDialogShown = true;
     ui_.showBusyDialog();
 }
 
 void LinkEngine::HideDialog() {
-    state_.BusyDialogShown = false;
+    run_.BusyDialogShown = false;
     ui_.hideBusyDialog();
 }
 
 void LinkEngine::resetWaveDisplay() {
-    state_.WaveState = 0;
+    run_.Wave = WaveState::Idle;
     ui_.setWaveReadingShown(false);
     ui_.enableWavePanel();
+}
+
+void LinkEngine::beginSearch() {
+    run_.Searching = true;
+}
+
+void LinkEngine::restartSupervision() {
+    run_.RetryCount = 0;
+    run_.TickCount = 0;
+}
+
+void LinkEngine::endSearch() {
+    run_.Searching = false;
+    run_.AwaitingReply = false;
+}
+
+void LinkEngine::markPortClosed() {
+    run_.PortOpen = false;
+}
+
+void LinkEngine::setMonitorRunning(bool running) {
+    run_.MonitorRunning = running;
+}
+
+void LinkEngine::queueCommand(const QString& text) {
+    run_.QueuedCommand = text;
+}
+
+void LinkEngine::dropQueuedCommand() {
+    run_.QueuedCommand.clear();
+}
+
+void LinkEngine::abandonCommands() {
+    run_.AwaitingReply = false;
+    run_.QueuedCommand.clear();
+}
+
+void LinkEngine::beginTransfer(Transfer kind) {
+    transferFlag(kind) = true;
+}
+
+void LinkEngine::endTransfer(Transfer kind) {
+    transferFlag(kind) = false;
+}
+
+void LinkEngine::endAllTransfers() {
+    run_.ParamTransferActive = false;
+    run_.PointTransferActive = false;
+    run_.ComTableTransferActive = false;
+}
+
+void LinkEngine::setWaveState(WaveState state) {
+    run_.Wave = state;
+}
+
+bool& LinkEngine::transferFlag(Transfer kind) {
+    switch (kind) {
+        case Transfer::Params:
+            return run_.ParamTransferActive;
+        case Transfer::Points:
+            return run_.PointTransferActive;
+        case Transfer::Commands:
+            break;
+    }
+    return run_.ComTableTransferActive;
 }
 
 void LinkEngine::setPollIntervalMs(int ms) {

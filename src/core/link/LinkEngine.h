@@ -4,6 +4,7 @@
 #include "core/link/PollingCycle.h"
 #include "core/link/ReplyDispatcher.h"
 #include "core/link/Transport.h"
+#include "core/shared/LinkState.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -14,7 +15,6 @@
 
 namespace velora {
 
-struct LinkState;
 class LinkUi;
 class FrameTrace;
 
@@ -77,6 +77,28 @@ public:
     // Ends a wave capture on the display side: idle, "reading" picture hidden, settings usable.
     void resetWaveDisplay();
 
+    // --- Supervision: the only writers of LinkState::run() outside the engine's parts --------
+    // A port search holds the link; its probes restart the re-send count.
+    void beginSearch();
+    void restartSupervision();
+    // The search is over and its last probe no longer awaited.
+    void endSearch();
+    // The port went away or was closed by the user.
+    void markPortClosed();
+    // The monitor has answered (true) or will not answer any more (false).
+    void setMonitorRunning(bool running);
+    // The command that goes out at the next free slot of the monitor chain.
+    void queueCommand(const QString& text);
+    void dropQueuedCommand();
+    // Nothing more is awaited or waits to go out.
+    void abandonCommands();
+    void beginTransfer(Transfer kind);
+    void endTransfer(Transfer kind);
+    void endAllTransfers();
+    void setWaveState(WaveState state);
+    // Tests set up a case directly.
+    [[nodiscard]] LinkSupervision& supervisionForTests() { return run_; }
+
     // --- Timers ---------------------------------------------------------------------------------
     void tick() { polling_.tick(); }
     void endOfTransmission();
@@ -108,9 +130,16 @@ signals:
     void portLost(const QString& reason);
 
 private:
+    // The engine's parts write the supervision directly.
+    friend class CommandSender;
+    friend class ReplyDispatcher;
+    friend class PollingCycle;
+    [[nodiscard]] LinkSupervision& supervision() { return run_; }
     void applyTimer1();
+    [[nodiscard]] bool& transferFlag(Transfer kind);
 
     LinkState& state_;
+    LinkSupervision& run_;
     LinkUi& ui_;
     const Ticks ticks_;
     std::unique_ptr<Transport> transport_;

@@ -18,7 +18,7 @@ QString message(const LinkEngine& engine, const QString& detail, int advice) {
 }  // namespace
 
 QString request(const LinkEngine& engine) {
-    return engine.state().LastCommand.mid(1);
+    return engine.state().run().LastCommand.mid(1);
 }
 
 QString noAnswerDetail(const LinkEngine& engine) {
@@ -27,7 +27,7 @@ QString noAnswerDetail(const LinkEngine& engine) {
         .arg(request(engine))
         .arg(s.AxisNumber)
         .arg(s.BaudRate, engine.device())
-        .arg(s.RetryCount);
+        .arg(s.run().RetryCount);
 }
 
 QString noAnswer(const LinkEngine& engine) {

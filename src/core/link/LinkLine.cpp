@@ -11,7 +11,7 @@ QString statusText(int languageId, const LinkState& link, const QString& device,
         return TextCatalogue::text(languageId, 1606);
     QString name =
         simulatedDevice.isEmpty() ? device : TextCatalogue::text(languageId, 1605).arg(device);
-    if (!link.PortOpen)
+    if (!link.run().PortOpen)
         name = TextCatalogue::text(languageId, 1607).arg(name);
     return TextCatalogue::text(languageId, 1604).arg(name, link.BaudRate).arg(link.AxisNumber);
 }

@@ -16,17 +16,18 @@ constexpr double kCharactersPerMark = 187.0;
 
 void PollingCycle::tick() {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     LinkUi& ui = engine_.ui();
     ui.setClock(engine_.now());
-    ui.setComIndicator(s.Online && s.RealTimeMonitor && s.MonitorRunning);
+    ui.setComIndicator(s.Online && s.RealTimeMonitor && run.MonitorRunning);
     if (!s.RealTimeMonitor)
-        s.MonitorRunning = false;
+        run.MonitorRunning = false;
 
     engine_.sender().countTick();
-    if (s.AwaitingReply) {
+    if (run.AwaitingReply) {
         if (engine_.sender().supervise())
             return;  // the port search used this tick
-    } else if (s.Online && s.PortOpen && s.WaveState == 0) {
+    } else if (s.Online && run.PortOpen && run.Wave == WaveState::Idle) {
         sendSlot();
     }
     showWaveProgress();
@@ -34,25 +35,26 @@ void PollingCycle::tick() {
 
 void PollingCycle::sendSlot() {
     LinkState& s = engine_.state();
-    if (s.TickCount < 1) {
-        ++s.TickCount;
+    LinkSupervision& run = engine_.supervision();
+    if (run.TickCount < 1) {
+        ++run.TickCount;
         return;
     }
-    s.TickCount = 0;
-    if (!s.QueuedCommand.isEmpty()) {
-        const QString queued = s.QueuedCommand;
-        s.QueuedCommand.clear();
+    run.TickCount = 0;
+    if (!run.QueuedCommand.isEmpty()) {
+        const QString queued = run.QueuedCommand;
+        run.QueuedCommand.clear();
         engine_.SendCommand(queued);
         return;
     }
     if (!s.RealTimeMonitor || s.AxisNumber == wire::AllAxes)
         return;
     engine_.sendPoll();
-    if (++s.MissedPolls <= MaxMissedPolls)
+    if (++run.MissedPolls <= MaxMissedPolls)
         return;
     // The drive has stopped answering: nothing can be sent until a reply comes back.
-    s.MissedPolls = MaxMissedPolls;
-    s.MonitorRunning = false;
+    run.MissedPolls = MaxMissedPolls;
+    run.MonitorRunning = false;
     engine_.DisableCommControls();
     if (s.AlarmSeen) {
         engine_.EnableControls(true);
@@ -63,16 +65,17 @@ void PollingCycle::sendSlot() {
 
 void PollingCycle::showWaveProgress() {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     LinkUi& ui = engine_.ui();
     const Transport* transport = engine_.transport();
-    if (!transport || !ui.waveReadingShown() || s.WaveState < 1 || s.WaveState > 3)
+    if (!transport || !ui.waveReadingShown() || run.Wave == WaveState::Idle)
         return;
     const QByteArray& partial = s.ReceiveBuffer;
     if (partial.mid(transport->codeOffset(), 2) != "wd")
         return;
     ui.showWaveProgress(TextCatalogue::text(s.LanguageId, 1340),
                         waveProgressMarks(static_cast<int>(partial.size()), s.LanguageId));
-    s.WaveState = 3;
+    run.Wave = WaveState::ReceivingRecord;
     engine_.EnableControls(false);
     ui.setWaveCancelEnabled(false);
 }
@@ -86,13 +89,13 @@ QString PollingCycle::waveProgressMarks(int receivedLength, int languageId) {
 void PollingCycle::echoSwitch(Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
     if (button != Qt::MiddleButton || modifiers != (Qt::ControlModifier | Qt::AltModifier))
         return;
-    LinkState& s = engine_.state();
-    if (s.EchoPolls) {
-        s.EchoPolls = false;
+    LinkSupervision& run = engine_.supervision();
+    if (run.EchoPolls) {
+        run.EchoPolls = false;
         engine_.ui().setComText(0, QString());
         engine_.ui().setComText(1, QString());
     } else {
-        s.EchoPolls = true;
+        run.EchoPolls = true;
     }
 }
 

@@ -23,20 +23,23 @@ void ReplyDispatcher::unregisterHandler(const QString& code) {
 }
 
 bool ReplyDispatcher::answersLastCommand(const QString& text) const {
-    const LinkState& s = engine_.state();
+    const LinkSupervision& run = engine_.state().run();
     const CommandSender& sender = engine_.sender();
     if (sender.frameHeld())
         return false;
-    if (wire::answers(text, s.LastCommand))
+    if (wire::answers(text, run.LastCommand))
         return answered_ != sender.sequence();
     // Once a capture is armed the drive sends the trigger and the record by itself.
     const QString code = wire::codeOf(text);
-    return s.WaveState != 0 && (code == QLatin1String("wr") || code == QLatin1String("wd")) &&
-           !s.LastCommand.isEmpty() && text.front().toUpper() == s.LastCommand.front().toUpper();
+    return run.Wave != WaveState::Idle &&
+           (code == QLatin1String("wr") || code == QLatin1String("wd")) &&
+           !run.LastCommand.isEmpty() &&
+           text.front().toUpper() == run.LastCommand.front().toUpper();
 }
 
 void ReplyDispatcher::DispatchReply(const QString& text) {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     // A stale reply, one to an earlier command or one from another axis would otherwise end
     // the wait for the real answer, or be stored as the data of the wrong drive.
     if (!answersLastCommand(text)) {
@@ -44,22 +47,22 @@ void ReplyDispatcher::DispatchReply(const QString& text) {
         return;
     }
     ++taken_;
-    const bool supervised = s.AwaitingReply;
+    const bool supervised = run.AwaitingReply;
     const quint64 command = engine_.sender().sequence();
-    if (supervised && s.RetryCount > 0)
+    if (supervised && run.RetryCount > 0)
         engine_.sender().answeredAfterResends();
-    s.ReplyCode = wire::codeOf(text);
-    if (!wire::isPollingCode(s.ReplyCode) || s.EchoPolls)
+    run.ReplyCode = wire::codeOf(text);
+    if (!wire::isPollingCode(run.ReplyCode) || run.EchoPolls)
         engine_.ui().setComText(1, text);
-    s.AwaitingReply = false;
-    s.MissedPolls = 0;
+    run.AwaitingReply = false;
+    run.MissedPolls = 0;
     // A write reply leaves the windows locked: its chain sends the next write or ends.
-    if (!commands::isWriteReply(s.ReplyCode))
+    if (!commands::isWriteReply(run.ReplyCode))
         engine_.EnableControls(true);
 
-    if (s.ReplyCode != QLatin1String("ER"))
+    if (run.ReplyCode != QLatin1String("ER"))
         refusedPoll_.clear();
-    if (route(s.ReplyCode, text) == ReplyStatus::Malformed)
+    if (route(run.ReplyCode, text) == ReplyStatus::Malformed)
         malformedReply(text);  // its Retry asks the same command again: not answered yet
     else if (supervised)
         answered_ = command;
@@ -81,13 +84,15 @@ ReplyStatus ReplyDispatcher::route(const QString& code, const QString& text) {
         return ReplyStatus::Handled;  // family not loaded
     // Any other reply acknowledges an operating command: the monitor chain goes on.
     const LinkState& s = engine_.state();
-    if (s.RealTimeMonitor && s.WaveState == 0)
+    const LinkSupervision& run = s.run();
+    if (s.RealTimeMonitor && run.Wave == WaveState::Idle)
         engine_.sendPoll();
     return ReplyStatus::Handled;
 }
 
 void ReplyDispatcher::ErrorReply(const QString& text) {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     const int errorClass = text.size() > 3 ? text.at(3).digitValue() : -1;
     const int lang = s.LanguageId;
     QString message;
@@ -112,36 +117,37 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
         message =
             TextCatalogue::text(lang, 1799) + QStringLiteral(" %1:\n").arg(errorClass) + message;
     }
-    const bool pollRefused = wire::codeOf(s.LastCommand) == QLatin1String("ma");
+    const bool pollRefused = wire::codeOf(run.LastCommand) == QLatin1String("ma");
     const bool refusedAgain = pollRefused && text == refusedPoll_;
     refusedPoll_ = pollRefused && !refusedAgain ? text : QString();
     if (refusedAgain) {
         // The monitor stops, so that the user can act; the next poll would be refused again.
         s.RealTimeMonitor = false;
-        s.MonitorRunning = false;
+        run.MonitorRunning = false;
         engine_.ui().showRealTimeMonitorOff();
         message += QStringLiteral("\n\n") + TextCatalogue::text(lang, 1821);
     }
     engine_.pauseTimer1();
     engine_.showError(message, TextCatalogue::text(lang, 1799));
-    s.ParamTransferActive = false;
-    s.PointTransferActive = false;
-    s.ComTableTransferActive = false;
-    if (s.BusyDialogShown)
+    run.ParamTransferActive = false;
+    run.PointTransferActive = false;
+    run.ComTableTransferActive = false;
+    if (run.BusyDialogShown)
         engine_.HideDialog();
     engine_.EnableControls(true);
     // A wave capture keeps the line to itself; its own end restarts the chain.
-    if (!refusedAgain && s.WaveState == 0)
+    if (!refusedAgain && run.Wave == WaveState::Idle)
         engine_.sendPoll();
     engine_.resumeTimer1();
 }
 
 QString ReplyDispatcher::ExecutionFailureDetail() const {
     const LinkState& s = engine_.state();
+    const LinkSupervision& run = s.run();
     // Only a status word the monitor keeps fresh says why the drive refused.
-    if (!s.MonitorRunning || !s.RealTimeMonitor)
+    if (!run.MonitorRunning || !s.RealTimeMonitor)
         return {};
-    const QString code = wire::codeOf(s.LastCommand);
+    const QString code = wire::codeOf(run.LastCommand);
     const ServoStatus status(s.ServoStatus);
     static const std::array<QLatin1String, 13> motionCodes{
         QLatin1String("OF"), QLatin1String("ON"), QLatin1String("ZO"), QLatin1String("ZF"),
@@ -175,6 +181,7 @@ QString ReplyDispatcher::ExecutionFailureDetail() const {
 
 void ReplyDispatcher::malformedReply(const QString& text) {
     LinkState& s = engine_.state();
+    LinkSupervision& run = engine_.supervision();
     Transport* transport = engine_.transport();
     const bool usb = transport && transport->backEnd() == BackEnd::UsbSerial;
     engine_.pauseTimer1();
@@ -183,11 +190,11 @@ void ReplyDispatcher::malformedReply(const QString& text) {
     const bool retry = engine_.askRetry(linkfailure::unreadableReply(engine_, text),
                                         TextCatalogue::text(s.LanguageId, 1705));
     if (retry) {
-        s.RetryCount = 0;
-        s.TickCount = 0;
-        engine_.SendByteData(s.LastCommand);
+        run.RetryCount = 0;
+        run.TickCount = 0;
+        engine_.SendByteData(run.LastCommand);
     } else {
-        s.AwaitingReply = false;
+        run.AwaitingReply = false;
         s.RealTimeMonitor = false;
         engine_.ui().showRealTimeMonitorOff();
         if (usb)

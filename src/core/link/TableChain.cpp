@@ -5,18 +5,18 @@
 
 namespace velora::tablechain {
 
-void start(LinkEngine& engine, bool& transferActive, const QString& command) {
-    transferActive = true;
+void start(LinkEngine& engine, Transfer kind, const QString& command) {
+    engine.beginTransfer(kind);
     engine.PostCommand(command);
     engine.ShowBusyDialog();
 }
 
-void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
+void endTableRead(LinkEngine& engine, bool& loaded, Transfer kind,
                   const std::function<void()>& finish) {
     engine.pauseTimer1();
     engine.HideDialog();
     loaded = true;
-    transferActive = false;
+    engine.endTransfer(kind);
     finish();
     engine.EnableControls(true);
     engine.sendPoll();
@@ -24,16 +24,13 @@ void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
 }
 
 void cancel(LinkEngine& engine) {
-    LinkState& s = engine.state();
-    s.AwaitingReply = false;
-    s.ParamTransferActive = false;
-    s.PointTransferActive = false;
-    s.ComTableTransferActive = false;
+    const LinkState& s = engine.state();
     // The chain's first command may still wait for its slot.
-    s.QueuedCommand.clear();
+    engine.abandonCommands();
+    engine.endAllTransfers();
     engine.HideDialog();
     engine.EnableControls(true);
-    if (s.WaveState == 0)
+    if (s.run().Wave == WaveState::Idle)
         engine.sendPoll();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/shared/LinkState.h"
+
 #include <functional>
 
 class QString;
@@ -13,12 +15,12 @@ class LinkEngine;
 namespace tablechain {
 
 // Marks the transfer running, sends its first command and shows the busy dialog.
-void start(LinkEngine& engine, bool& transferActive, const QString& command);
+void start(LinkEngine& engine, Transfer kind, const QString& command);
 
 // Ends a whole-table read once the table has been taken: the table counts as loaded, `finish`
 // ends the caller's chain and tells its followers, then the controls come back and the poll
 // the read held back goes out again.
-void endTableRead(LinkEngine& engine, bool& loaded, bool& transferActive,
+void endTableRead(LinkEngine& engine, bool& loaded, Transfer kind,
                   const std::function<void()>& finish);
 
 // The user's Cancel of a running transfer: it ends as an error reply ends it. The outstanding

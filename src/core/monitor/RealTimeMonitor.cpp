@@ -35,14 +35,14 @@ ReplyStatus RealTimeMonitor::OnMaReply(const QString& reply) {
     emit ShowServoStatus(ServoStatusView::fromWord(values.StatusWord));
 
     sendNext(values);
-    s.MonitorRunning = true;
+    engine_.setMonitorRunning(true);
     return ReplyStatus::Handled;
 }
 
 void RealTimeMonitor::sendNext(const MonitorSnapshot& values) {
     LinkState& s = engine_.state();
     const QString axis = engine_.axisPrefix();
-    if ((s.RealTimeMonitor && !s.MonitorRunning) || identificationDue()) {
+    if ((s.RealTimeMonitor && !s.run().MonitorRunning) || identificationDue()) {
         // A new run: learn which features the drive has before anything else.
         identificationAsked_ = engine_.now();
         engine_.SendCommand(axis + QStringLiteral("PR77"));
@@ -50,9 +50,9 @@ void RealTimeMonitor::sendNext(const MonitorSnapshot& values) {
         // The alarm data goes first; a queued command waits for a later turn.
         s.AlarmSeen = true;
         engine_.SendCommand(axis + QStringLiteral("AD"));
-    } else if (!s.QueuedCommand.isEmpty()) {
-        const QString queued = s.QueuedCommand;
-        s.QueuedCommand.clear();
+    } else if (!s.run().QueuedCommand.isEmpty()) {
+        const QString queued = s.run().QueuedCommand;
+        engine_.dropQueuedCommand();
         engine_.SendCommand(queued);
     } else if (s.RealTimeMonitor) {
         engine_.sendPoll();
@@ -78,7 +78,7 @@ void RealTimeMonitor::setRealTimeMonitorOnly() {
 }
 
 void RealTimeMonitor::resetTorquePeak() {
-    engine_.state().QueuedCommand = engine_.axisPrefix() + QStringLiteral("QP");
+    engine_.queueCommand(engine_.axisPrefix() + QStringLiteral("QP"));
 }
 
 }  // namespace velora

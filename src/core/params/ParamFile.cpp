@@ -78,7 +78,7 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
     }
 
     const LinkState& link = engine_.state();
-    if (!link.Online || !link.MonitorRunning)
+    if (!link.Online || !link.run().MonitorRunning)
         return PrmFileRead(false) ? ReadResult::Loaded : ReadResult::Failed;
 
     tables_.FileReadPending = true;
@@ -146,7 +146,7 @@ void ParamFile::onChainStarted(ParamTransfer::Chain) {
 }
 
 void ParamFile::checkDriveRead() {
-    if (!engine_.state().ParamTransferActive)
+    if (!engine_.state().run().ParamTransferActive)
         abandon();
 }
 

@@ -64,15 +64,15 @@ QString ParamTransfer::readCommand(int n) const {
 
 bool ParamTransfer::chainRunning(Chain chain) const {
     // The link clears the shared flag when an error reply or a time-out ends the chain.
-    return link_.ParamTransferActive && chain_ == chain;
+    return link_.run().ParamTransferActive && chain_ == chain;
 }
 
 void ParamTransfer::start(Chain chain, const QString& command) {
     emit chainStarted(chain);
     chain_ = chain;
-    link_.ParamTransferActive = true;
+    engine_.beginTransfer(Transfer::Params);
     if (!engine_.PostCommand(command)) {
-        link_.ParamTransferActive = false;
+        engine_.endTransfer(Transfer::Params);
         chain_ = Chain::None;
         return;
     }
@@ -120,7 +120,7 @@ ReplyStatus ParamTransfer::OnParamAll(const QString& text) {
     if (tables_.FileReadPending)
         emit fileMergeDue();
     tables_.ParamsLoaded = true;
-    link_.ParamTransferActive = false;
+    engine_.endTransfer(Transfer::Params);
     chain_ = Chain::None;
     emit transferFinished(Chain::ReadAll);
     engine_.EnableControls(true);
@@ -130,7 +130,7 @@ ReplyStatus ParamTransfer::OnParamAll(const QString& text) {
 
 ReplyStatus ParamTransfer::OnParamRead(const QString& text) {
     if (!chainRunning(Chain::ReadEach)) {
-        if (link_.LastCommand.mid(1) == QLatin1String("PR77"))
+        if (link_.run().LastCommand.mid(1) == QLatin1String("PR77"))
             return identify(text);
         engine_.EnableControls(true);
         return ReplyStatus::Handled;
@@ -162,7 +162,7 @@ ReplyStatus ParamTransfer::identify(const QString& text) {
     }
     link_.DriverVersion = version;
     emit identified(version);
-    if (link_.Searching)
+    if (link_.run().Searching)
         emit portSearchSucceeded();
     engine_.EnableControls(true);
     return ReplyStatus::Handled;
@@ -210,7 +210,7 @@ void ParamTransfer::endWrite() {
                             TextCatalogue::text(lang, 1706));
     }
     engine_.EnableControls(true);
-    link_.ParamTransferActive = false;
+    engine_.endTransfer(Transfer::Params);
     chain_ = Chain::None;
     emit transferFinished(Chain::Write);
     engine_.sendPoll();
@@ -218,7 +218,7 @@ void ParamTransfer::endWrite() {
 }
 
 void ParamTransfer::endReadEach() {
-    link_.ParamTransferActive = false;
+    engine_.endTransfer(Transfer::Params);
     chain_ = Chain::None;
     tables_.ParamsLoaded = true;
     engine_.HideDialog();

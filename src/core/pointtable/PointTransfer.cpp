@@ -71,12 +71,12 @@ QString PointTransfer::BuildPointWriteCommand(int point) {
 
 bool PointTransfer::chainRunning(Chain chain) const {
     // The link clears the shared flag when an error reply or a time-out ends the chain.
-    return link_.PointTransferActive && chain_ == chain;
+    return link_.run().PointTransferActive && chain_ == chain;
 }
 
 void PointTransfer::start(Chain chain, const QString& command) {
     chain_ = chain;
-    tablechain::start(engine_, link_.PointTransferActive, command);
+    tablechain::start(engine_, Transfer::Points, command);
 }
 
 void PointTransfer::ReadAllPoints() {
@@ -106,7 +106,7 @@ ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
     tables_.PointChanged.fill(false);
     tables_.Origin = driverules::currentDrive(engine_);
     emit tableRefreshed();
-    tablechain::endTableRead(engine_, tables_.PointTableValid, link_.PointTransferActive, [this] {
+    tablechain::endTableRead(engine_, tables_.PointTableValid, Transfer::Points, [this] {
         chain_ = Chain::None;
         emit transferFinished(Chain::ReadAll);
     });
@@ -114,7 +114,7 @@ ReplyStatus PointTransfer::OnPointTableAll(const QString& text) {
 }
 
 ReplyStatus PointTransfer::OnPointRead(const QString& text) {
-    if (!link_.PointTransferActive) {
+    if (!link_.run().PointTransferActive) {
         engine_.EnableControls(true);
         return ReplyStatus::Handled;
     }
@@ -136,7 +136,7 @@ ReplyStatus PointTransfer::OnPointRead(const QString& text) {
     engine_.pauseTimer1();
     const int lang = link_.LanguageId;
     engine_.showNotice(TextCatalogue::text(lang, 1708), TextCatalogue::text(lang, 1706));
-    link_.PointTransferActive = false;
+    engine_.endTransfer(Transfer::Points);
     tables_.PointTableValid = true;
     chain_ = Chain::None;
     engine_.EnableControls(true);
@@ -167,7 +167,7 @@ ReplyStatus PointTransfer::OnPointWritten() {
     engine_.HideDialog();
     engine_.pauseTimer1();
     engine_.EnableControls(true);
-    link_.PointTransferActive = false;
+    engine_.endTransfer(Transfer::Points);
     chain_ = Chain::None;
     emit transferFinished(Chain::Write);
     engine_.sendPoll();

@@ -47,7 +47,7 @@ void WaveCapture::run() {
 
 bool WaveCapture::sendTriggerSettings() {
     const LinkState& s = engine_.state();
-    if (!s.Online || !s.MonitorRunning)
+    if (!s.Online || !s.run().MonitorRunning)
         return false;
     engine_.PostCommand(engine_.axisPrefix() + QStringLiteral("wt") + settingsPayload());
     return true;
@@ -57,14 +57,14 @@ void WaveCapture::cancel() {
     const QString text = engine_.axisPrefix() + kWq;
     // A capture holds the monitor chain, so its Cancel goes at once; with no capture running a
     // monitor poll may be on the line, and the cancel waits for the next free slot instead.
-    if (engine_.state().WaveState == 0)
+    if (engine_.state().run().Wave == WaveState::Idle)
         engine_.PostCommand(text);
     else
         engine_.SendCommand(text);
 }
 
 ReplyStatus WaveCapture::OnWmReply(const QString&) {
-    engine_.state().WaveState = 1;
+    engine_.setWaveState(WaveState::Armed);
     engine_.ui().setWaveReadingShown(true);
     engine_.ui().setWaveCancelEnabled(true);
     emit armed();
@@ -72,7 +72,7 @@ ReplyStatus WaveCapture::OnWmReply(const QString&) {
 }
 
 ReplyStatus WaveCapture::OnWrReply(const QString&) {
-    engine_.state().WaveState = 2;
+    engine_.setWaveState(WaveState::Triggered);
     // The USB adapter starts the long record with an empty spool and the line free.
     if (Transport* port = engine_.transport(); port && port->backEnd() == BackEnd::UsbSerial) {
         port->clearReceiveSpool();

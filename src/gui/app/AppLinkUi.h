@@ -32,6 +32,7 @@ public:
     explicit AppLinkUi(MessageBoxes& boxes) : boxes_(boxes) {}
 
     void attach(Windows windows) { windows_ = std::move(windows); }
+    [[nodiscard]] MessageBoxes& boxes() const { return boxes_; }
 
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;

@@ -199,7 +199,7 @@ void CommSettings::activate() {
     Command[0]->setFocus();
     CmdSrch->setEnabled(s.Online);
     // The reply wait is a command: it needs the open port, which the search opens itself.
-    CmdReplyWait->setEnabled(s.Online && s.PortOpen);
+    CmdReplyWait->setEnabled(s.Online && s.run().PortOpen);
     setSearchingLook(false);
     LanguageSelect(s.LanguageId);
     deviceChoice_.reset();
@@ -311,7 +311,7 @@ void CommSettings::Command_Click(int index) {
             applySettings();
             break;
         case 1:
-            if (global_.Link.PortOpen) {
+            if (global_.Link.run().PortOpen) {
                 restoreRealTimeMonitor();
                 QDialog::reject();
             } else {
@@ -388,7 +388,7 @@ void CommSettings::goOffline() {
     emit onlineChanged(false);
     if (Transport* port = engine_.transport())
         port->close();
-    s.PortOpen = false;
+    engine_.markPortClosed();
     restoreRealTimeMonitor();
     QDialog::reject();
 }

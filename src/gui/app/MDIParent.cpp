@@ -1,6 +1,5 @@
 #include "gui/app/MDIParent.h"
 
-#include "core/connect/OpenAdvice.h"
 #include "core/link/LinkLine.h"
 #include "core/link/TableChain.h"
 #include "core/link/WireFormat.h"
@@ -56,26 +55,25 @@ W* named(W* object, const QString& name) {
 
 }  // namespace
 
-MDIParent::MDIParent(Global& global, ShellSetup setup, QWidget* parent)
+MDIParent::MDIParent(DriveSession& session, AppLinkUi& ui, QWidget* parent)
     : QMainWindow(parent),
-      global_(global),
-      setup_(std::move(setup)),
-      ui_(boxes_),
-      engine_(global.Link, ui_, setup_.ticks),
-      params_(engine_, global.Params),
-      points_(engine_, global.Points),
-      commands_(engine_, global.Com),
-      monitor_(engine_),
-      alarms_(engine_, global.Alarms),
-      wave_(engine_, global),
-      adapterWatch_(engine_, global.Connection),
-      copies_(global, params_, points_, commands_),
-      guard_(global, engine_, boxes_, copies_),
-      activity_(global, engine_, params_) {
+      global_(session.global()),
+      setup_(session.setup()),
+      ui_(ui),
+      boxes_(ui.boxes()),
+      engine_(session.engine()),
+      params_(session.paramTransfer()),
+      points_(session.pointTransfer()),
+      commands_(session.comTransfer()),
+      monitor_(session.realTimeMonitor()),
+      alarms_(session.alarmMonitor()),
+      wave_(session.waveCapture()),
+      adapterWatch_(session.adapterWatch()),
+      copies_(session.driveCopies()),
+      activity_(session.transferActivity()),
+      guard_(global_, engine_, boxes_, copies_) {
     setObjectName(QStringLiteral("MDIParent"));
     boxes_.setOwner(this);
-    engine_.setDeviceOverride(setup_.deviceOverride);
-    adviseOpenFailures(engine_);
     buildWindows();
     buildMenus();
     connectReplyFamilies();
@@ -151,13 +149,7 @@ QString MDIParent::simulatedDeviceInUse() const {
     return engine_.device() == setup_.simulatedDevice ? setup_.simulatedDevice : QString();
 }
 
-MDIParent::~MDIParent() {
-    // Its port search unhooks itself from the engine, which as a member goes before the
-    // child widgets do.
-    delete commSettings_;
-    // The trace detaches itself from the engine.
-    delete trace_;
-}
+MDIParent::~MDIParent() = default;
 
 void MDIParent::connectReplyFamilies() {
     connect(&params_, &ParamTransfer::portSearchSucceeded, commSettings_,
@@ -241,7 +233,7 @@ bool MDIParent::mayEnd() {
 
 void MDIParent::rememberAdapter() {
     // The simulated drive's pseudo-terminal is no adapter of the user's.
-    if (global_.Link.PortOpen && simulatedDeviceInUse().isEmpty())
+    if (global_.Link.run().PortOpen && simulatedDeviceInUse().isEmpty())
         adapterWatch_.rememberOpenedAdapter();
 }
 
@@ -424,10 +416,10 @@ void MDIParent::startUp() {
     engine_.start(global_.RetryTime);
     // Without the monitor no reply comes unasked to unlock the windows: they are usable as
     // soon as the port is open.
-    if (s.Online && s.PortOpen && !s.RealTimeMonitor)
+    if (s.Online && s.run().PortOpen && !s.RealTimeMonitor)
         engine_.EnableControls(true);
     rememberAdapter();
-    if (s.Online && !s.PortOpen) {
+    if (s.Online && !s.run().PortOpen) {
         // The USB adapter's failure shows no message; the bar still says why and what to do.
         const OpenResult& failed = engine_.lastOpen();
         systemBar_->setConnectionNote(
@@ -445,7 +437,7 @@ void MDIParent::startUp() {
     }
     // Once each window has its texts, and so its size.
     arrangeWindows();
-    if (s.Online && !s.PortOpen)
+    if (s.Online && !s.run().PortOpen)
         showModal(commSettings_);
     systemBar_->setAxisNumber(s.AxisNumber);
     if (s.AxisNumber == wire::AllAxes)

@@ -1,17 +1,7 @@
 #pragma once
 
-#include "core/app/DriveCopies.h"
-#include "core/app/ShellSetup.h"
-#include "core/app/TransferActivity.h"
-#include "core/comtable/ComTransfer.h"
-#include "core/connect/AdapterWatch.h"
-#include "core/link/LinkEngine.h"
-#include "core/monitor/AlarmMonitor.h"
-#include "core/monitor/RealTimeMonitor.h"
-#include "core/params/ParamTransfer.h"
-#include "core/pointtable/PointTransfer.h"
+#include "core/app/DriveSession.h"
 #include "core/shared/WindowLayout.h"
-#include "core/wave/WaveCapture.h"
 #include "gui/app/AppLinkUi.h"
 #include "gui/app/TableGuard.h"
 #include "gui/app/ToolkitTexts.h"
@@ -50,12 +40,13 @@ struct Global;
 
 // The main window: an MDI frame with the status bar along its foot, the child windows, the
 // menus (file, window list, system), the language switch, the online/offline caption, the
-// orderly end that saves the settings, and the hand-over to the sibling program. It owns the
-// link engine and what the engine shows through.
+// orderly end that saves the settings, and the hand-over to the sibling program. It builds the
+// windows over a drive session that was there before it and stays after it.
 class MDIParent : public QMainWindow {
     Q_OBJECT
 public:
-    MDIParent(Global& global, ShellSetup setup, QWidget* parent = nullptr);
+    // ui: what the session's link engine shows through; it gets this window's windows.
+    MDIParent(DriveSession& session, AppLinkUi& ui, QWidget* parent = nullptr);
     ~MDIParent() override;
     Q_DISABLE_COPY_MOVE(MDIParent)
 
@@ -119,24 +110,22 @@ private:
     void rememberAdapter();
 
     Global& global_;
-    ShellSetup setup_;
-    MessageBoxes boxes_;
+    ShellSetup& setup_;
+    AppLinkUi& ui_;
+    MessageBoxes& boxes_;
     ToolkitTexts toolkitTexts_;
-    AppLinkUi ui_;
-    LinkEngine engine_;
-    // The reply families run beside the engine, not inside a window, so that identification
-    // and the monitor chain work whatever window is open. Declared after the engine: they
-    // unhook themselves from it first.
-    ParamTransfer params_;
-    PointTransfer points_;
-    ComTransfer commands_;
-    RealTimeMonitor monitor_;
-    AlarmMonitor alarms_;
-    WaveCapture wave_;
-    AdapterWatch adapterWatch_;
-    DriveCopies copies_;
+    // The session's parts, by the names the windows are built with.
+    LinkEngine& engine_;
+    ParamTransfer& params_;
+    PointTransfer& points_;
+    ComTransfer& commands_;
+    RealTimeMonitor& monitor_;
+    AlarmMonitor& alarms_;
+    WaveCapture& wave_;
+    AdapterWatch& adapterWatch_;
+    DriveCopies& copies_;
+    TransferActivity& activity_;
     TableGuard guard_;
-    TransferActivity activity_;
     bool ended_ = false;
     // The user has agreed to end the program: the close that follows asks nothing more.
     bool quitAgreed_ = false;

@@ -59,7 +59,7 @@ bool TableGuard::mayQuit() {
         return false;
     // The status word is only the drive's present state while the monitor keeps it fresh.
     const LinkState& s = global_.Link;
-    if (s.Online && s.MonitorRunning && ServoStatus(s.ServoStatus).servoOn()) {
+    if (s.Online && s.run().MonitorRunning && ServoStatus(s.ServoStatus).servoOn()) {
         return ask(TextCatalogue::text(s.LanguageId, 1785).arg(s.AxisNumber), 1786);
     }
     return true;
@@ -69,7 +69,7 @@ std::function<bool(int)> TableGuard::buttonGuard(driverules::Table table) {
     return [this, table](int button) {
         // Without the link the transfer refuses by itself; a question first would be in vain.
         const LinkState& s = global_.Link;
-        const bool linkUp = s.Online && s.PortOpen;
+        const bool linkUp = s.Online && s.run().PortOpen;
         switch (button) {
             case WriteServoButton:
                 return !linkUp || mayWrite(table);

@@ -74,7 +74,7 @@ void ConnectionCheckDialog::runCheck() {
     target.baud = s.baudRateValue() > 0 ? s.baudRateValue() : 9600;
     // Our own hold on the port would read as "busy", and the line test needs the port.
     engine_.pauseTimer1();
-    const bool wasOpen = s.PortOpen && engine_.transport() && engine_.transport()->isOpen();
+    const bool wasOpen = s.run().PortOpen && engine_.transport() && engine_.transport()->isOpen();
     if (wasOpen)
         engine_.transport()->close();
     const QList<Finding> findings = check_.run(target);

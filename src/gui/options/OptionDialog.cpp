@@ -173,7 +173,7 @@ void OptionDialog::CmdOkCancel_Click(int index) {
     s.RealTimeMonitor = ChkRtmon->isChecked();
     if (!s.RealTimeMonitor) {
         // Without the monitor no reply would come to unlock the windows.
-        s.MonitorRunning = false;
+        engine_.setMonitorRunning(false);
         engine_.EnableControls(true);
     }
     global_.AxisChangeCaution = ChkAxisCtn->isChecked();

@@ -12,7 +12,7 @@ ChildWindow::ChildWindow(const QString& name, QWidget* parent) : QWidget(parent)
 }
 
 bool ChildWindow::linkReady() const {
-    return followedLink_ && followedLink_->Online && followedLink_->PortOpen;
+    return followedLink_ && followedLink_->Online && followedLink_->run().PortOpen;
 }
 
 void ChildWindow::EnableControls(bool enable) {
