@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/connect/DeviceFacts.h"
+#include "core/shared/Language.h"
 
 #include <QString>
 
@@ -10,6 +11,6 @@ namespace velora {
 // the command, the lock file left behind and how to remove it, or the process holding the
 // device. Empty when the facts suggest nothing.
 [[nodiscard]] QString openFailureAdvice(const QString& device, const DeviceFacts& facts,
-                                        int languageId);
+                                        Language languageId);
 
 }  // namespace velora

@@ -70,8 +70,8 @@ bool CommandSender::reachable() const {
     const LinkState& s = engine_.state();
     if (s.Online && s.PortOpen)
         return true;
-    engine_.showError(TextCatalogue::text(s.LanguageId, 1820),
-                      TextCatalogue::text(s.LanguageId, 1705));
+    engine_.showError(TextCatalogue::text(s.LanguageId, Text::LinkNotSentVeloraOffline),
+                      TextCatalogue::text(s.LanguageId, Text::MsgCommunicationFailureCaption));
     return false;
 }
 
@@ -126,7 +126,8 @@ void CommandSender::communicationFailure() {
     if (s.BusyDialogShown)
         engine_.HideDialog();
     const bool retry =
-        engine_.askRetry(linkfailure::noAnswer(engine_), TextCatalogue::text(s.LanguageId, 1705));
+        engine_.askRetry(linkfailure::noAnswer(engine_),
+                         TextCatalogue::text(s.LanguageId, Text::MsgCommunicationFailureCaption));
     if (retry) {
         s.RetryCount = 0;
         s.TickCount = 0;
@@ -171,10 +172,12 @@ void CommandSender::refuse(const QString& text, wire::TextCheck why) {
     }
     const QString detail =
         QStringLiteral("%1\n(%2 / %3)").arg(shown).arg(text.size()).arg(wire::MaxCommandLength);
-    const int advice = why == wire::TextCheck::TooLong ? 1845 : 1846;
-    engine_.showError(TextCatalogue::text(s.LanguageId, 1800) + QLatin1Char('\n') + detail +
-                          QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, advice),
-                      TextCatalogue::text(s.LanguageId, 1799));
+    const Text advice = why == wire::TextCheck::TooLong ? Text::LinkCommandHoldsMost30
+                                                        : Text::LinkTextHoldsCharacterCannot;
+    engine_.showError(TextCatalogue::text(s.LanguageId, Text::LinkIllegalCommandString) +
+                          QLatin1Char('\n') + detail + QStringLiteral("\n\n") +
+                          TextCatalogue::text(s.LanguageId, advice),
+                      TextCatalogue::text(s.LanguageId, Text::MsgCommErrorCaption));
 }
 
 }  // namespace velora
