@@ -75,7 +75,7 @@ ExitCode CliSession::openLink(bool supervised) {
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
         fail(ExitCode::LinkFailure,
-             en(Text::MsgCanTOpenCOM) + QStringLiteral(": ") + opened.reason);
+             en(Text::MsgCannotOpenPort) + QStringLiteral(": ") + opened.reason);
         return ExitCode::LinkFailure;
     }
     return ExitCode::Ok;
@@ -86,7 +86,7 @@ bool CliSession::reopenAt(int baud) {
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
         fail(ExitCode::LinkFailure,
-             en(Text::MsgCanTOpenCOM) + QStringLiteral(": ") + opened.reason);
+             en(Text::MsgCannotOpenPort) + QStringLiteral(": ") + opened.reason);
     }
     return opened.ok;
 }

@@ -21,7 +21,7 @@ const QString Format = QStringLiteral("format");
 // Catalogue ids of the numerical monitor's value names (the last is the torque peak) and of
 // the sixteen status bit names.
 constexpr std::array<Text, MonitorSnapshot::ValueCount> ValueNames{
-    Text::MonitorNowPosition,  Text::MonitorPositionCom,   Text::MonitorPosDevistion,
+    Text::MonitorNowPosition,  Text::MonitorPositionCom,   Text::MonitorPosDeviation,
     Text::MonitorRestComPulse, Text::MonitorNowVelocity,   Text::MonitorComVelocity,
     Text::MonitorTorqueCom,    Text::MonitorStartPointNum, Text::MonitorNowPointNum,
     Text::MonitorNextPointNum, Text::MonitorTorqueLimit,   Text::MonitorDECMinusZPulse,

@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(rig.ui.messages.size(), 1);
         QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("notice"));
         QCOMPARE(rig.ui.messages[0].text,
-                 en(Text::MsgAllAxisCommandSent) + QLatin1Char('\n') + en(Text::MsgNoRepry));
+                 en(Text::MsgAllAxisCommandSent) + QLatin1Char('\n') + en(Text::MsgNoReply));
         QCOMPARE(rig.ui.messages[0].caption, en(Text::MsgCommandSent));
         rig.state.RealTimeMonitor = false;
         rig.ticks(20);

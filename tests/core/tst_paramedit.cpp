@@ -210,7 +210,7 @@ private slots:
         QCOMPARE(e.marked(43), stored == 0);  // the answer leaves the edit's mark alone
         if (firstLine != Text{}) {
             QCOMPARE(e.last.text, TextCatalogue::text(Language::English, firstLine) + "\r\n" +
-                                      en(Text::MsgVeloraCanTCommunicate) + "\r\n" +
+                                      en(Text::MsgBaudRateUnsupported) + "\r\n" +
                                       en(Text::MsgYesIgnore) + "\r\n" + en(Text::MsgNoSet38400bps));
         }
     }

@@ -76,13 +76,13 @@ private slots:
         QCOMPARE(sim.link.PortNumber, 1);
         QCOMPARE(sim.ui.messages.size(), 1);
         const QString text = sim.ui.messages[0].text;
-        QVERIFY(text.startsWith(TextCatalogue::text(Language::English, Text::MsgCanTOpenCOM) +
+        QVERIFY(text.startsWith(TextCatalogue::text(Language::English, Text::MsgCannotOpenPort) +
                                 QLatin1Char('\n')));
         QVERIFY(text.contains(QStringLiteral("/dev/velora-no-such-port: ")));
         QVERIFY(!sim.engine.lastOpen().reason.isEmpty());
         QVERIFY(text.endsWith(sim.engine.lastOpen().reason));
         QCOMPARE(sim.ui.messages[0].caption,
-                 TextCatalogue::text(Language::English, Text::MsgCanTOpenCOMCaption));
+                 TextCatalogue::text(Language::English, Text::MsgCannotOpenPortCaption));
         QVERIFY(sim.engine.timer1Active());
     }
 

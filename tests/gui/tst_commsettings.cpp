@@ -194,8 +194,8 @@ private slots:
         ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TxtCOMnum"_s), u"9"_s);
         rig.click(u"Command(0)"_s);
         QCOMPARE(rig.messages.size(), 1);
-        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCanTOpenCOM)));
-        QCOMPARE(rig.messages[0].title, en(Text::MsgCanTOpenCOMCaption));
+        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCannotOpenPort)));
+        QCOMPARE(rig.messages[0].title, en(Text::MsgCannotOpenPortCaption));
         QVERIFY(rig.dialog->isVisible());
         QCOMPARE(rig.link().PortNumber, 2);
         QCOMPARE(rig.text(u"TxtCOMnum"_s), u"2"_s);

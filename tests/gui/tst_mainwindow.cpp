@@ -87,12 +87,12 @@ private slots:
             return texts;
         };
         QCOMPARE(items().first(), "&1 " + en(Text::CaptionCommandConsole) + u" [x]"_s);
-        QCOMPARE(items().last(), "&9 " + en(Text::CliTrace));
+        QCOMPARE(items().last(), "&9 " + en(Text::TraceCaption));
         QVERIFY(!rig.find(u"Trace"_s)->isVisible());
         rig.find<QAction>(u"mnuWindowItem(8)"_s)->trigger();
         QVERIFY(rig.find(u"Trace"_s)->isVisible());
         QCOMPARE(items().size(), kChildOrder.size() + 1);
-        QCOMPARE(items().last(), "&9 " + en(Text::CliTrace) + u" [x]"_s);
+        QCOMPARE(items().last(), "&9 " + en(Text::TraceCaption) + u" [x]"_s);
         QVERIFY(!rig.engine().frameTrace());
 
         // A child's close box minimises it.
@@ -235,7 +235,7 @@ private slots:
         rig.start();
         // A port that cannot open asks for the comm settings, with the monitor suspended.
         QCOMPARE(rig.messages.size(), 1);
-        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCanTOpenCOM)));
+        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCannotOpenPort)));
         QCOMPARE(rig.messages[0].icon, QMessageBox::Critical);
         QVERIFY(rig.find(u"CommSettings"_s)->isVisible());
         QVERIFY(!rig.link().PortOpen && !rig.link().RealTimeMonitor);

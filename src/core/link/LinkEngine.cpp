@@ -53,10 +53,10 @@ void LinkEngine::start(int pollIntervalMs) {
         if (!opened.ok) {
             // The USB adapter fails silently; either way the main window offers the settings.
             if (transport_ && transport_->backEnd() == BackEnd::Rs232) {
-                showError(TextCatalogue::text(state_.LanguageId, Text::MsgCanTOpenCOM) +
+                showError(TextCatalogue::text(state_.LanguageId, Text::MsgCannotOpenPort) +
                               QLatin1Char('\n') + opened.device + QStringLiteral(": ") +
                               opened.reason,
-                          TextCatalogue::text(state_.LanguageId, Text::MsgCanTOpenCOMCaption));
+                          TextCatalogue::text(state_.LanguageId, Text::MsgCannotOpenPortCaption));
             }
             state_.PortNumber = 1;
             return;
@@ -125,7 +125,7 @@ void LinkEngine::endOfTransmission() {
         transport_->transmissionDone();
     if (wire::isBroadcast(state_.LastCommand, state_.AxisNumber)) {
         showNotice(TextCatalogue::text(state_.LanguageId, Text::MsgAllAxisCommandSent) +
-                       QLatin1Char('\n') + TextCatalogue::text(state_.LanguageId, Text::MsgNoRepry),
+                       QLatin1Char('\n') + TextCatalogue::text(state_.LanguageId, Text::MsgNoReply),
                    TextCatalogue::text(state_.LanguageId, Text::MsgCommandSent));
     }
 }

@@ -31,7 +31,7 @@ QString noAnswerDetail(const LinkEngine& engine) {
 }
 
 QString noAnswer(const LinkEngine& engine) {
-    return message(engine, noAnswerDetail(engine), Text::MsgCheckCableAxisNumber);
+    return message(engine, noAnswerDetail(engine), Text::MsgNoAnswerAdvice);
 }
 
 QString unreadableReply(const LinkEngine& engine, const QString& reply) {
@@ -43,7 +43,7 @@ QString unreadableReply(const LinkEngine& engine, const QString& reply) {
                                .arg(request(engine))
                                .arg(s.AxisNumber)
                                .arg(s.BaudRate, engine.device(), shown);
-    return message(engine, detail, Text::MsgNoiseOnLineAnother);
+    return message(engine, detail, Text::MsgGarbledReplyAdvice);
 }
 
 }  // namespace velora::linkfailure

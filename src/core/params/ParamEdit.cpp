@@ -201,7 +201,7 @@ void PrmEdit::cautionBaudRate(EditOutcome& out) {
             return;
     }
     out.caution = {CautionKind::BaudRate, CautionButtons::YesNo,
-                   firstLine + CrLf + TextCatalogue::text(lang(), Text::MsgVeloraCanTCommunicate) +
+                   firstLine + CrLf + TextCatalogue::text(lang(), Text::MsgBaudRateUnsupported) +
                        CrLf + TextCatalogue::text(lang(), Text::MsgYesIgnore) + CrLf +
                        TextCatalogue::text(lang(), Text::MsgNoSet38400bps),
                    TextCatalogue::text(lang(), Text::MsgBaudRateCaution)};

@@ -358,10 +358,10 @@ void CommSettings::applySettings() {
         engine_.setDeviceOverride(previousDevice);
         // The USB adapter's driver reports nothing the user could act on.
         if (!s.UsbMode) {
-            engine_.showError(TextCatalogue::text(s.LanguageId, Text::MsgCanTOpenCOM) +
+            engine_.showError(TextCatalogue::text(s.LanguageId, Text::MsgCannotOpenPort) +
                                   QLatin1Char('\n') + opened.device + QStringLiteral(": ") +
                                   opened.reason,
-                              TextCatalogue::text(s.LanguageId, Text::MsgCanTOpenCOMCaption));
+                              TextCatalogue::text(s.LanguageId, Text::MsgCannotOpenPortCaption));
         }
         s.PortNumber = previousPort;
         TxtCOMnum->setText(previousDevice.isEmpty() ? QString::number(previousPort)

@@ -109,7 +109,7 @@ void HelpDialog::LanguageSelect(Language languageId) {
     TabHelp->setTabText(0, text(Text::HelpReadMe));
     TabHelp->setTabText(1, text(Text::HelpKeyboardShortcuts));
     TabHelp->setTabText(2, text(Text::HelpAlarmCodes));
-    LblReadMeNote->setText(text(Text::HelpReadMeExistsIn));
+    LblReadMeNote->setText(text(Text::HelpReadMeEnglishOnly));
     // The README is English: in English the note would say nothing new.
     LblReadMeNote->setVisible(languageId != Language::English);
     TxtReadMe->setAccessibleName(text(Text::HelpReadMe));

@@ -148,14 +148,14 @@ void ComConsoleWindow::LanguageSelect(Language languageId) {
             TextCatalogue::text(languageId, Text::ConsoleFrameCommand, i));
     for (int i = 0; i < ConsoleCommands::ButtonCount; ++i)
         CmdButton[static_cast<std::size_t>(i)]->setText(
-            TextCatalogue::text(languageId, Text::ConsoleAlmreaD, i));
+            TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, i));
     // An argument box has no label of its own: the button that sends it names it.
     for (int box = 0; box < ConsoleCommands::ArgumentCount; ++box) {
         int button = 0;
         while (ConsoleCommands::argumentBox(button) != box)
             ++button;
         TxtNum[static_cast<std::size_t>(box)]->setAccessibleName(
-            TextCatalogue::text(languageId, Text::ConsoleAlmreaD, button));
+            TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, button));
     }
     explainButtons(languageId);
 }
@@ -172,7 +172,7 @@ void ComConsoleWindow::explainButtons(Language languageId) {
                                          .arg(limits.max);
             tip += QLatin1Char('\n') + argument;
             TxtNum[static_cast<std::size_t>(box)]->setToolTip(
-                TextCatalogue::text(languageId, Text::ConsoleAlmreaD, i) + QLatin1Char('\n') +
+                TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, i) + QLatin1Char('\n') +
                 argument);
         }
         if (i >= ConsoleCommands::FirstVersionedButton)

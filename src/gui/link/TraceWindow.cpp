@@ -81,14 +81,14 @@ TraceWindow::~TraceWindow() {
 
 void TraceWindow::LanguageSelect(Language languageId) {
     languageId_ = languageId;
-    setWindowTitle(TextCatalogue::text(languageId, Text::CliTrace));
-    ChkRecord->setText(TextCatalogue::text(languageId, Text::CliRecord));
-    CmdPause->setText(TextCatalogue::text(languageId, Text::CliPause));
-    CmdClear->setText(TextCatalogue::text(languageId, Text::CliClear));
-    LblCode->setText(TextCatalogue::text(languageId, Text::CliCode));
+    setWindowTitle(TextCatalogue::text(languageId, Text::TraceCaption));
+    ChkRecord->setText(TextCatalogue::text(languageId, Text::TraceRecord));
+    CmdPause->setText(TextCatalogue::text(languageId, Text::TracePause));
+    CmdClear->setText(TextCatalogue::text(languageId, Text::TraceClear));
+    LblCode->setText(TextCatalogue::text(languageId, Text::TraceCode));
     TxtCode->setAccessibleName(LblCode->text());
-    ChkHidePolling->setText(TextCatalogue::text(languageId, Text::CliHidePolling));
-    CmdSave->setText(TextCatalogue::text(languageId, Text::CliSave));
+    ChkHidePolling->setText(TextCatalogue::text(languageId, Text::TraceHidePolling));
+    CmdSave->setText(TextCatalogue::text(languageId, Text::TraceSaveAs));
 }
 
 void TraceWindow::setRecording(bool on) {
@@ -159,8 +159,8 @@ bool TraceWindow::saveTo(const QString& path) {
 
 void TraceWindow::saveAs() {
     const QString path = QFileDialog::getSaveFileName(
-        this, TextCatalogue::text(languageId_, Text::CliSave), QString(),
-        TextCatalogue::text(languageId_, Text::CliTraceTxt));
+        this, TextCatalogue::text(languageId_, Text::TraceSaveAs), QString(),
+        TextCatalogue::text(languageId_, Text::TraceFileFilter));
     if (!path.isEmpty())
         saveTo(path);
 }

@@ -151,7 +151,7 @@ void NumMonitorWindow::LanguageSelect(Language languageId) {
     const std::array<QString, MonitorSnapshot::ValueCount> valueNames{
         TextCatalogue::text(languageId, Text::MonitorNowPosition),
         TextCatalogue::text(languageId, Text::MonitorPositionCom),
-        TextCatalogue::text(languageId, Text::MonitorPosDevistion),
+        TextCatalogue::text(languageId, Text::MonitorPosDeviation),
         TextCatalogue::text(languageId, Text::MonitorRestComPulse),
         TextCatalogue::text(languageId, Text::MonitorNowVelocity),
         TextCatalogue::text(languageId, Text::MonitorComVelocity),
