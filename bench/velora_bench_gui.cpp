@@ -51,7 +51,7 @@ int main(int argc, char* argv[]) {
     LinkEngine engine(global.Link, ui, LinkEngine::Ticks::Manual);
     WaveCapture capture(engine, global);
     HMonWindow window(global, engine, capture);
-    window.LanguageSelect(0);
+    window.LanguageSelect(Language::English);
     // The inside of the window's default frame in the main window.
     window.resize(750, 530);
     window.show();

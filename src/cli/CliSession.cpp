@@ -20,8 +20,8 @@
 namespace velora::cli {
 
 namespace {
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 }  // namespace
 
@@ -37,7 +37,7 @@ CliSession::CliSession(const LinkChoice& choice, QObject* parent)
     InitParamTables(global_.Params);
     LinkState& s = global_.Link;
     // Messages in English whatever the program's language: scripts read them.
-    s.LanguageId = 0;
+    s.LanguageId = Language::English;
     // Nothing is polled unless a subcommand asks for the monitor.
     s.RealTimeMonitor = false;
     if (choice.usb)
@@ -76,7 +76,8 @@ ExitCode CliSession::openLink(bool supervised) {
     s.Online = true;
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
-        fail(ExitCode::LinkFailure, en(1702) + QStringLiteral(": ") + opened.reason);
+        fail(ExitCode::LinkFailure,
+             en(Text::MsgCannotOpenPort) + QStringLiteral(": ") + opened.reason);
         return ExitCode::LinkFailure;
     }
     return ExitCode::Ok;
@@ -86,7 +87,8 @@ bool CliSession::reopenAt(int baud) {
     global_.Link.BaudRate = QString::number(baud);
     const OpenResult opened = engine_.reopen();
     if (!opened.ok) {
-        fail(ExitCode::LinkFailure, en(1702) + QStringLiteral(": ") + opened.reason);
+        fail(ExitCode::LinkFailure,
+             en(Text::MsgCannotOpenPort) + QStringLiteral(": ") + opened.reason);
     }
     return opened.ok;
 }
@@ -165,8 +167,8 @@ void CliSession::finish(ExitCode code) {
 
 QString CliSession::unansweredLine() const {
     const LinkState& s = global_.Link;
-    return en(1704) + QStringLiteral(": ") +
-           en(1745)
+    return en(Text::MsgCommunicationFailure) + QStringLiteral(": ") +
+           en(Text::MsgNoAnswer)
                .arg(linkfailure::request(engine_))
                .arg(s.AxisNumber)
                .arg(s.BaudRate, engine_.device());
@@ -180,19 +182,19 @@ void CliSession::fail(ExitCode code, const QString& line) {
     const LinkState& s = global_.Link;
     const QString device = engine_.device();
     if (code == ExitCode::LinkFailure && !device.isEmpty() && line.contains(device)) {
-        message += QLatin1Char(' ') + en(1920);
+        message += QLatin1Char(' ') + en(Text::CliCheckCablePortAxis);
     } else if (code == ExitCode::LinkFailure) {
         message += QStringLiteral(" (%1, axis %2, %3 baud). ")
                        .arg(engine_.device())
                        .arg(s.AxisNumber)
                        .arg(s.BaudRate) +
-                   en(1920);
+                   en(Text::CliCheckCablePortAxis);
     } else if (code == ExitCode::DriveRefusal && activity_) {
         message += QStringLiteral(" (%1)").arg(activity_());
     } else if (code == ExitCode::FileError) {
         if (!fileInUse_.isEmpty())
             message += QStringLiteral(": ") + fileInUse_;
-        message += QStringLiteral(". ") + en(1923);
+        message += QStringLiteral(". ") + en(Text::CliCheckFileNameContents);
     }
     std::fprintf(stderr, "velora-cli: %s\n", qUtf8Printable(message));
     finish(code);
@@ -219,7 +221,7 @@ ExitCode CliSession::writeTrace() {
         return ExitCode::Ok;
     failed_ = false;  // the trace's failure is told even after another one
     fileInUse_ = tracePath_;
-    fail(ExitCode::FileError, en(1724));
+    fail(ExitCode::FileError, en(Text::MsgFileAccessError));
     return ExitCode::FileError;
 }
 

@@ -67,7 +67,7 @@ ExitCode writeComTable(CliSession& session, const CliArgs& args) {
     session.setActivity({});
     session.endProgress();
     if (code == ExitCode::Ok)
-        CliSession::out(TextCatalogue::text(0, 1715));
+        CliSession::out(TextCatalogue::text(Language::English, Text::MsgComTableWriteFinished));
     return code;
 }
 

@@ -16,13 +16,14 @@ QString ConsoleLinkUi::oneLine(const QString& text) {
 
 void ConsoleLinkUi::showError(const QString& text, const QString& caption) {
     // The captions of file and link errors are the same word, so the texts tell them apart.
-    const int lang = state_.LanguageId;
-    if (text == TextCatalogue::text(lang, 1722) || text == TextCatalogue::text(lang, 1724)) {
+    const Language lang = state_.LanguageId;
+    if (text == TextCatalogue::text(lang, Text::MsgIdentificationError1722) ||
+        text == TextCatalogue::text(lang, Text::MsgFileAccessError)) {
         fail(ExitCode::FileError, text);
     } else if (state_.run().ReplyCode == QLatin1String("ER")) {
         // An error class beyond the catalogue has no text; the caption still says what it was.
         fail(ExitCode::DriveRefusal, text.isEmpty() ? caption : text);
-    } else if (text.startsWith(TextCatalogue::text(lang, 1800))) {
+    } else if (text.startsWith(TextCatalogue::text(lang, Text::LinkIllegalCommandString))) {
         // Refused before sending: the text cannot travel in one frame.
         fail(ExitCode::Usage, text);
     } else {

@@ -20,9 +20,13 @@ const QString Format = QStringLiteral("format");
 
 // Catalogue ids of the numerical monitor's value names (the last is the torque peak) and of
 // the sixteen status bit names.
-constexpr std::array<int, MonitorSnapshot::ValueCount> ValueNames{
-    1418, 1419, 1420, 1421, 1422, 1423, 1424, 1425, 1426, 1427, 1428, 1429, 1432};
-constexpr int FirstStatusName = 1402;
+constexpr std::array<Text, MonitorSnapshot::ValueCount> ValueNames{
+    Text::MonitorNowPosition,  Text::MonitorPositionCom,   Text::MonitorPosDeviation,
+    Text::MonitorRestComPulse, Text::MonitorNowVelocity,   Text::MonitorComVelocity,
+    Text::MonitorTorqueCom,    Text::MonitorStartPointNum, Text::MonitorNowPointNum,
+    Text::MonitorNextPointNum, Text::MonitorTorqueLimit,   Text::MonitorDECMinusZPulse,
+    Text::MonitorTorquePeak};
+constexpr Text FirstStatusName = Text::MonitorServoOn;
 constexpr int StatusBits = 16;
 const QString AlarmColumn = QStringLiteral("Alarm Code");
 
@@ -37,10 +41,10 @@ QString csvField(const QString& text) {
 
 QString csvHeader() {
     QStringList names;
-    for (const int id : ValueNames)
-        names << csvField(TextCatalogue::text(0, id));
+    for (const Text id : ValueNames)
+        names << csvField(TextCatalogue::text(Language::English, id));
     for (int bit = 0; bit < StatusBits; ++bit)
-        names << csvField(TextCatalogue::text(0, FirstStatusName + bit));
+        names << csvField(TextCatalogue::text(Language::English, FirstStatusName, bit));
     names << AlarmColumn;
     return names.join(QLatin1Char(','));
 }
@@ -59,12 +63,13 @@ QString jsonLine(const MonitorSnapshot& v) {
     QJsonObject values;
     for (int i = 0; i < MonitorSnapshot::ValueCount; ++i) {
         const QString text = v.valueText(i, QLocale::c());
-        values.insert(TextCatalogue::text(0, ValueNames.at(static_cast<std::size_t>(i))),
-                      text.isEmpty() ? QJsonValue() : QJsonValue(text.toDouble()));
+        values.insert(
+            TextCatalogue::text(Language::English, ValueNames.at(static_cast<std::size_t>(i))),
+            text.isEmpty() ? QJsonValue() : QJsonValue(text.toDouble()));
     }
     QJsonObject status;
     for (int bit = 0; bit < StatusBits; ++bit)
-        status.insert(TextCatalogue::text(0, FirstStatusName + bit),
+        status.insert(TextCatalogue::text(Language::English, FirstStatusName, bit),
                       ((v.StatusWord >> bit) & 1U) != 0);
     QJsonObject line;
     line.insert(QStringLiteral("values"), values);
@@ -111,7 +116,8 @@ ExitCode runMonitor(CliSession& session, const CliArgs& args) {
     watchdog.setSingleShot(true);
     watchdog.setInterval(session.global().RetryTime * 8 + 1000);
     QObject::connect(&watchdog, &QTimer::timeout, &session, [&session] {
-        session.fail(ExitCode::LinkFailure, TextCatalogue::text(0, 1704));
+        session.fail(ExitCode::LinkFailure,
+                     TextCatalogue::text(Language::English, Text::MsgCommunicationFailure));
     });
     QObject::connect(&monitor, &RealTimeMonitor::snapshot, &session,
                      [&](const MonitorSnapshot& values) {

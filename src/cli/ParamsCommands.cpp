@@ -38,7 +38,8 @@ Merge mergeFile(CliSession& session, ParamFile& file, const QString& path) {
                          }),
         QObject::connect(&file, &ParamFile::fileLoaded, &session, [&] { session.finish(); }),
         QObject::connect(&file, &ParamFile::fileReadAbandoned, &session, [&] {
-            session.fail(ExitCode::LinkFailure, TextCatalogue::text(0, 1704));
+            session.fail(ExitCode::LinkFailure,
+                         TextCatalogue::text(Language::English, Text::MsgCommunicationFailure));
         })};
     session.showReceiving(QStringLiteral("reading the drive's parameters"));
     // The comparing read needs a link that is up and answering, which identify() showed.
@@ -57,7 +58,7 @@ Merge mergeFile(CliSession& session, ParamFile& file, const QString& path) {
 
 // The parameter's caption without the number the window puts in front of it.
 QString nameOf(int n) {
-    QString label = ParamCatalogue::label(0, n);
+    QString label = ParamCatalogue::label(Language::English, n);
     const qsizetype colon = label.indexOf(QChar(0xFF1A));
     return colon >= 0 && colon < 4 ? label.mid(colon + 1).trimmed() : label.trimmed();
 }
@@ -95,7 +96,7 @@ ExitCode writeParams(CliSession& session, const CliArgs& args) {
     if (const Merge merge = mergeFile(session, file, path); merge.code != ExitCode::Ok)
         return merge.code;
     if (!tables.nextChanged(0)) {
-        CliSession::out(TextCatalogue::text(0, 1922));
+        CliSession::out(TextCatalogue::text(Language::English, Text::CliNothingWriteDriveAlready));
         return ExitCode::Ok;
     }
     if (!session.mayWrite(driverules::Table::Params))

@@ -66,7 +66,7 @@ ExitCode writePoints(CliSession& session, const CliArgs& args) {
     session.setActivity({});
     session.endProgress();
     if (code == ExitCode::Ok)
-        CliSession::out(TextCatalogue::text(0, 1714));
+        CliSession::out(TextCatalogue::text(Language::English, Text::MsgPointTableWriteFinished));
     return code;
 }
 

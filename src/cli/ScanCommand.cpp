@@ -48,7 +48,8 @@ public:
         if (code != ExitCode::Ok)
             return code;
         if (found_.isEmpty()) {
-            session_.fail(ExitCode::LinkFailure, TextCatalogue::text(0, 1921));
+            session_.fail(ExitCode::LinkFailure,
+                          TextCatalogue::text(Language::English, Text::CliNoDriveAnsweredOn));
             return ExitCode::LinkFailure;
         }
         return ExitCode::Ok;

@@ -120,10 +120,12 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
     QTimer deadline;
     deadline.setSingleShot(true);
     QObject::connect(&deadline, &QTimer::timeout, &session, [&] { capture.cancel(); });
-    QObject::connect(&capture, &WaveCapture::armed, &session,
-                     [&] { session.progress(TextCatalogue::text(0, 1338)); });
-    QObject::connect(&capture, &WaveCapture::triggered, &session,
-                     [&] { session.progress(TextCatalogue::text(0, 1339)); });
+    QObject::connect(&capture, &WaveCapture::armed, &session, [&] {
+        session.progress(TextCatalogue::text(Language::English, Text::WaveTriggerWaiting));
+    });
+    QObject::connect(&capture, &WaveCapture::triggered, &session, [&] {
+        session.progress(TextCatalogue::text(Language::English, Text::WaveTriggered));
+    });
     QObject::connect(&capture, &WaveCapture::recordReceived, &session,
                      [&session] { session.finish(); });
     QObject::connect(&capture, &WaveCapture::cancelled, &session, [&] {
@@ -145,7 +147,8 @@ ExitCode captureWave(CliSession& session, const CliArgs& args) {
     session.setFileInUse(path);
     if (WaveFile::write(path, fileSettings(session.global()), session.global().Wave) !=
         WaveFile::Status::Ok) {
-        session.fail(ExitCode::FileError, TextCatalogue::text(0, 1724));
+        session.fail(ExitCode::FileError,
+                     TextCatalogue::text(Language::English, Text::MsgFileAccessError));
         return ExitCode::FileError;
     }
     return ExitCode::Ok;

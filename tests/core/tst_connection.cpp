@@ -48,7 +48,7 @@ DeviceFacts dialoutDevice() {
 QStringList lines(const QList<Finding>& findings) {
     QStringList result;
     for (const Finding& finding : findings)
-        result << finding.line(0);
+        result << finding.line(Language::English);
     return result;
 }
 
@@ -106,7 +106,7 @@ private slots:
         QVERIFY2(found.contains(expected), qPrintable(found));
         QVERIFY(ConnectionCheck::hasProblem(findings));
         for (const Finding& f : findings)
-            QVERIFY(!f.text(1).contains(QLatin1String("%")));  // in Japanese too
+            QVERIFY(!f.text(Language::Japanese).contains(QLatin1String("%")));  // in Japanese too
     }
 
     // The facts of the real system: a device that is not there, and a pty another process holds.
@@ -120,7 +120,8 @@ private slots:
         engine.setDeviceOverride(missing);
         const OpenResult opened = engine.reopen();
         QVERIFY(!opened.ok);
-        QVERIFY2(opened.reason.endsWith(TextCatalogue::text(0, 1943).arg(missing)),
+        QVERIFY2(opened.reason.endsWith(
+                     TextCatalogue::text(Language::English, Text::CheckMissing).arg(missing)),
                  qPrintable(opened.reason));  // the open failure says what to do
 
         PtyPair pty;
@@ -145,8 +146,10 @@ private slots:
         const QString held = realFindings(pty.slavePath());
         holder.kill();
         holder.waitForFinished();
-        QVERIFY2(held.contains(u"OK: "_s +
-                               TextCatalogue::text(0, 1610).arg(pty.slavePath()).arg(simPid)),
+        QVERIFY2(held.contains(u"OK: "_s + TextCatalogue::text(Language::English,
+                                                               Text::StatusBarHeldBySimulator)
+                                               .arg(pty.slavePath())
+                                               .arg(simPid)),
                  qPrintable(held));
         QVERIFY2(!held.contains(u"kill"_s), qPrintable(held));
     }
@@ -221,7 +224,8 @@ private slots:
         watch.locate();
         QCOMPARE(engine.device(), location);
         QCOMPARE(notes.takeFirst(),
-                 TextCatalogue::text(0, 1963).arg(u"FT1234", location, u"/dev/ttyUSB7"));
+                 TextCatalogue::text(Language::English, Text::CheckAdapterFoundOnInstead)
+                     .arg(u"FT1234", location, u"/dev/ttyUSB7"));
         engine.start(250);
         QVERIFY(link.run().PortOpen);
         QVERIFY(pty->read(5).contains("0ma"));
@@ -238,7 +242,9 @@ private slots:
             },
             2000));
         QVERIFY(!link.run().PortOpen);
-        QCOMPARE(notes.value(0), TextCatalogue::text(0, 1961).arg(oldDevice));
+        QCOMPARE(notes.value(0),
+                 TextCatalogue::text(Language::English, Text::CheckAdapterUnpluggedWaitingCome)
+                     .arg(oldDevice));
         engine.tick();
         engine.tick();  // the polls of the cycle go nowhere, silently
 

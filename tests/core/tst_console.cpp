@@ -77,15 +77,16 @@ private slots:
     void typedText_data() {
         QTest::addColumn<QString>("typed");
         QTest::addColumn<bool>("accepted");
-        QTest::addColumn<int>("advice");
-        QTest::newRow("sent as typed") << u"0pr77"_s << true << 0;
-        QTest::newRow("empty") << QString() << false << 0;
-        QTest::newRow("delete character") << u"1SO\x7f"_s << false << 1846;
+        QTest::addColumn<Text>("advice");
+        QTest::newRow("sent as typed") << u"0pr77"_s << true << Text{};
+        QTest::newRow("empty") << QString() << false << Text{};
+        QTest::newRow("delete character")
+            << u"1SO\x7f"_s << false << Text::LinkTextHoldsCharacterCannot;
     }
     void typedText() {
         QFETCH(QString, typed);
         QFETCH(bool, accepted);
-        QFETCH(int, advice);
+        QFETCH(Text, advice);
         LinkRig rig;
         rig.engine.queueCommand(u"1SO"_s);
         ConsoleCommands console(rig.engine);
@@ -93,9 +94,10 @@ private slots:
         // A refused text does not push out the command already waiting.
         QCOMPARE(rig.state.run().QueuedCommand, accepted ? typed : u"1SO"_s);
         QVERIFY(rig.sent().isEmpty());
-        QCOMPARE(rig.ui.messages.size(), advice != 0 ? 1 : 0);
-        if (advice != 0)
-            QVERIFY(rig.ui.messages[0].text.endsWith(TextCatalogue::text(0, advice)));
+        QCOMPARE(rig.ui.messages.size(), advice != Text{} ? 1 : 0);
+        if (advice != Text{})
+            QVERIFY(
+                rig.ui.messages[0].text.endsWith(TextCatalogue::text(Language::English, advice)));
     }
 };
 

@@ -9,8 +9,8 @@ using namespace velora;
 using velora::test::LinkRig;
 
 namespace {
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 }  // namespace
 
@@ -85,7 +85,7 @@ private slots:
         QCOMPARE(rig.ui.messages.size(), detail.isNull() ? 0 : 1);
         if (detail.isNull())
             return;
-        QVERIFY(rig.ui.messages[0].text.startsWith(en(1800)));
+        QVERIFY(rig.ui.messages[0].text.startsWith(en(Text::LinkIllegalCommandString)));
         QVERIFY(rig.ui.messages[0].text.contains(detail));
         QVERIFY(!rig.ui.messages[0].timer1ActiveWhileOpen);
         QVERIFY(rig.engine.timer1Active());
@@ -111,8 +111,9 @@ private slots:
         rig.engine.endOfTransmission();
         QCOMPARE(rig.ui.messages.size(), 1);
         QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("notice"));
-        QCOMPARE(rig.ui.messages[0].text, en(1716) + QLatin1Char('\n') + en(1717));
-        QCOMPARE(rig.ui.messages[0].caption, en(1718));
+        QCOMPARE(rig.ui.messages[0].text,
+                 en(Text::MsgAllAxisCommandSent) + QLatin1Char('\n') + en(Text::MsgNoReply));
+        QCOMPARE(rig.ui.messages[0].caption, en(Text::MsgCommandSent));
         rig.state.RealTimeMonitor = false;
         rig.ticks(20);
         QCOMPARE(rig.sent(), QStringList{"FSO"});
@@ -176,9 +177,10 @@ private slots:
         const auto& question = rig.ui.messages[0];
         // The catalogue's word, then which request, axis, rate and device.
         QVERIFY(question.text.startsWith(
-            en(1704) + QStringLiteral("\nNo answer to 'TR3' from axis 1 at 9600 baud on "
-                                      "/dev/ttyS0 after 5 re-sends.")));
-        QCOMPARE(question.caption, en(1705));
+            en(Text::MsgCommunicationFailure) +
+            QStringLiteral("\nNo answer to 'TR3' from axis 1 at 9600 baud on "
+                           "/dev/ttyS0 after 5 re-sends.")));
+        QCOMPARE(question.caption, en(Text::MsgCommunicationFailureCaption));
         QVERIFY(!question.timer1ActiveWhileOpen);
         // Retry: sent again at once, counters restart, the busy dialog comes back.
         QCOMPARE(rig.sent().size(), 7);

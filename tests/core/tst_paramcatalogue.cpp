@@ -75,11 +75,14 @@ private slots:
     void labelsStartWithTheNumber() {
         for (int n = 0; n < ParamTables::Count; ++n) {
             const QString prefix = QString::number(n).rightJustified(2, QLatin1Char('0')) + u'：';
-            QVERIFY2(ParamCatalogue::label(0, n).startsWith(prefix), qPrintable(prefix));
-            QVERIFY2(ParamCatalogue::label(1, n).startsWith(prefix), qPrintable(prefix));
+            QVERIFY2(ParamCatalogue::label(Language::English, n).startsWith(prefix),
+                     qPrintable(prefix));
+            QVERIFY2(ParamCatalogue::label(Language::Japanese, n).startsWith(prefix),
+                     qPrintable(prefix));
             // System parameters have fixed captions and no unit, whatever the language.
             if (n >= ParamTables::ServoCount) {
-                QCOMPARE(ParamCatalogue::label(0, n), ParamCatalogue::label(1, n));
+                QCOMPARE(ParamCatalogue::label(Language::English, n),
+                         ParamCatalogue::label(Language::Japanese, n));
                 QCOMPARE(ParamCatalogue::unit(n), Unit::None);
             }
         }
@@ -87,4 +90,5 @@ private slots:
 };
 
 QTEST_APPLESS_MAIN(TestParamCatalogue)
+#include "core/shared/Language.h"
 #include "tst_paramcatalogue.moc"

@@ -13,8 +13,8 @@ Q_DECLARE_METATYPE(velora::CautionKind)
 
 namespace {
 
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 
 struct Editor {
@@ -138,7 +138,8 @@ private slots:
         QCOMPARE(e.paused, option);
         QVERIFY(e.marked(0));
         if (option)
-            QCOMPARE(e.last.text, en(1733) + "\r\n" + en(1712));
+            QCOMPARE(e.last.text, en(Text::MsgChangeParameterApplyed) + "\r\n" +
+                                      en(Text::MsgAfterRebootingOrvixServo));
     }
 
     void commandModeCoupling_data() {
@@ -169,7 +170,7 @@ private slots:
         QCOMPARE(e.marked(45), !connected);
         QCOMPARE(e.g.Params.Prm45Undo, !connected);
         if (asked.contains(K::ConnectNotice))
-            QCOMPARE(e.last.text, en(1740) + "\r\n953");
+            QCOMPARE(e.last.text, en(Text::MsgParameter45ChangedBelow) + "\r\n953");
         QVERIFY(e.leave(45, QStringLiteral("5")).isEmpty());
         QVERIFY(!e.g.Params.Prm45Undo);  // an edit of 45 is an ordinary change again
     }
@@ -178,33 +179,39 @@ private slots:
         QTest::addColumn<bool>("usb");
         QTest::addColumn<qint32>("stored");
         QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("firstLine");  // 0: no caution
+        QTest::addColumn<Text>("firstLine");  // none: no caution
         QTest::addColumn<bool>("yes");
         QTest::addColumn<qint32>("result");
-        QTest::newRow("57600, No") << true << 0 << "3" << 1727 << false << 2;
-        QTest::newRow("115200, Yes") << true << 0 << "4" << 1728 << true << 4;
-        QTest::newRow("modulo 8, No") << true << 0 << "11" << 1727 << false << 10;
-        QTest::newRow("unchanged still asks") << true << 12 << "x" << 1728 << false << 10;
-        QTest::newRow("38400") << true << 0 << "2" << 0 << false << 2;
-        QTest::newRow("RS-232C") << false << 0 << "4" << 0 << false << 4;
+        QTest::newRow("57600, No")
+            << true << 0 << "3" << Text::MsgBaudRate57600bpsSelected << false << 2;
+        QTest::newRow("115200, Yes")
+            << true << 0 << "4" << Text::MsgBaudRate115200bpsSelected << true << 4;
+        QTest::newRow("modulo 8, No")
+            << true << 0 << "11" << Text::MsgBaudRate57600bpsSelected << false << 10;
+        QTest::newRow("unchanged still asks")
+            << true << 12 << "x" << Text::MsgBaudRate115200bpsSelected << false << 10;
+        QTest::newRow("38400") << true << 0 << "2" << Text{} << false << 2;
+        QTest::newRow("RS-232C") << false << 0 << "4" << Text{} << false << 4;
     }
     void baudRateCaution() {
         QFETCH(bool, usb);
         QFETCH(qint32, stored);
         QFETCH(QString, text);
-        QFETCH(int, firstLine);
+        QFETCH(Text, firstLine);
         QFETCH(bool, yes);
         QFETCH(qint32, result);
         Editor e;
         e.g.Link.UsbMode = usb;
         e.value(43) = stored;
-        QCOMPARE(e.leave(43, text, {yes}), firstLine ? QList<K>{K::BaudRate} : QList<K>{});
+        QCOMPARE(e.leave(43, text, {yes}),
+                 firstLine != Text{} ? QList<K>{K::BaudRate} : QList<K>{});
         QCOMPARE(e.value(43), result);
         QVERIFY(!e.paused);
         QCOMPARE(e.marked(43), stored == 0);  // the answer leaves the edit's mark alone
-        if (firstLine) {
-            QCOMPARE(e.last.text, TextCatalogue::text(0, firstLine) + "\r\n" + en(1729) + "\r\n" +
-                                      en(1730) + "\r\n" + en(1731));
+        if (firstLine != Text{}) {
+            QCOMPARE(e.last.text, TextCatalogue::text(Language::English, firstLine) + "\r\n" +
+                                      en(Text::MsgBaudRateUnsupported) + "\r\n" +
+                                      en(Text::MsgYesIgnore) + "\r\n" + en(Text::MsgNoSet38400bps));
         }
     }
 

@@ -19,8 +19,8 @@ using namespace velora;
 
 namespace {
 
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 
 // A value inside the range of every parameter, different for most of them. 0..3 are those of
@@ -130,7 +130,7 @@ private slots:
     void readsFilesOfOtherEditorsRefusesBrokenOnes_data() {
         QTest::addColumn<QByteArray>("content");  // null: no file at all
         QTest::addColumn<qint64>("size");         // the file is padded with NULs to this size
-        QTest::addColumn<int>("message");         // 0: loaded
+        QTest::addColumn<Text>("message");        // 0: loaded
         QTest::addColumn<int>("stored");          // values taken (before the failure)
         const QByteArray id = "Orvix-Servo parameter file";
         const auto utf16 = [](const QString& text) {
@@ -140,27 +140,29 @@ private slots:
         const QList<QByteArray> ones(ParamTables::ServoCount, "1");
         QList<QByteArray> longest = ones;
         longest[5] = QByteArray(63, '0') + '1';
-        QTest::newRow("CR only") << fileText(id, ones, "\r") << 0LL << 0 << 60;
+        QTest::newRow("CR only") << fileText(id, ones, "\r") << 0LL << Text{} << 60;
         QTest::newRow("UTF-8 byte-order mark")
-            << "\xEF\xBB\xBF" + fileText(id, ones) << 0LL << 0 << 60;
-        QTest::newRow("64-character line") << fileText(id, longest) << 0LL << 0 << 60;
-        QTest::newRow("no file") << QByteArray() << 0LL << 1724 << 0;
-        QTest::newRow("not a number") << fileText(id, {"5", "1", "1x", "9"}) << 0LL << 1724 << 2;
+            << "\xEF\xBB\xBF" + fileText(id, ones) << 0LL << Text{} << 60;
+        QTest::newRow("64-character line") << fileText(id, longest) << 0LL << Text{} << 60;
+        QTest::newRow("no file") << QByteArray() << 0LL << Text::MsgFileAccessError << 0;
+        QTest::newRow("not a number")
+            << fileText(id, {"5", "1", "1x", "9"}) << 0LL << Text::MsgFileAccessError << 2;
         QTest::newRow("ends early")
-            << fileText(id, QList<QByteArray>(30, "1")) << 0LL << 1724 << 30;
-        QTest::newRow("65-character line")
-            << fileText(id, {"1", QByteArray(64, '0') + '1'}) << 0LL << 1724 << 1;
-        QTest::newRow("endless line, 100 MB") << id + "\r\n1" << (100LL << 20) << 1724 << 0;
-        QTest::newRow("UTF-16") << utf16(QString::fromLatin1(fileText(id, {"1"}))) << 0LL << 1722
-                                << 0;
+            << fileText(id, QList<QByteArray>(30, "1")) << 0LL << Text::MsgFileAccessError << 30;
+        QTest::newRow("65-character line") << fileText(id, {"1", QByteArray(64, '0') + '1'}) << 0LL
+                                           << Text::MsgFileAccessError << 1;
+        QTest::newRow("endless line, 100 MB")
+            << id + "\r\n1" << (100LL << 20) << Text::MsgFileAccessError << 0;
+        QTest::newRow("UTF-16") << utf16(QString::fromLatin1(fileText(id, {"1"}))) << 0LL
+                                << Text::MsgIdentificationError1722 << 0;
         QTest::newRow("UTF-16 with system")
             << utf16(QString::fromLatin1(fileText(id + " with system parameter", {"1"}))) << 0LL
-            << 1722 << 0;
+            << Text::MsgIdentificationError1722 << 0;
     }
     void readsFilesOfOtherEditorsRefusesBrokenOnes() {
         QFETCH(QByteArray, content);
         QFETCH(qint64, size);
-        QFETCH(int, message);
+        QFETCH(Text, message);
         QFETCH(int, stored);
         Rig rig;
         rig.state.Online = false;
@@ -169,13 +171,14 @@ private slots:
             rig.store(QStringLiteral("a.prm"), content);
         if (size > 0)
             QVERIFY(QFile::resize(rig.path(), size));  // sparse: costs no disk and no time
-        const bool loads = message == 0;
+        const bool loads = message == Text{};
         QCOMPARE(rig.file.read(rig.path()),
                  loads ? ParamFile::ReadResult::Loaded : ParamFile::ReadResult::Failed);
         QCOMPARE(rig.ui.messages.size(), 1);
         if (!loads) {
             QCOMPARE(rig.ui.messages[0].text, en(message));
-            QCOMPARE(rig.ui.messages[0].caption, en(message + 1));
+            QCOMPARE(rig.ui.messages[0].caption,
+                     TextCatalogue::text(Language::English, message, 1));
         } else {
             // A 1 lies outside the range of several parameters: one message says which.
             QList<int> outside;
@@ -184,10 +187,10 @@ private slots:
                     outside << n;
             }
             const QStringList lines = rig.ui.messages[0].text.split(QLatin1Char('\n'));
-            QCOMPARE(rig.ui.messages[0].caption, en(1790));
-            QCOMPARE(lines.value(0), en(1788).arg(outside.size()));
+            QCOMPARE(rig.ui.messages[0].caption, en(Text::MsgValuesChangedOnLoading));
+            QCOMPARE(lines.value(0), en(Text::MsgValuesFileWereOutside).arg(outside.size()));
             QCOMPARE(lines.value(1), QStringLiteral("%1 %2: 1 \u2192 %3")
-                                         .arg(en(1713))
+                                         .arg(en(Text::MsgParameterNo))
                                          .arg(outside[0])
                                          .arg(rig.tables.clamped(outside[0], 1)));
             QCOMPARE(lines.size(), 1 + std::min<int>(outside.size(), ClampReport::Listed));
@@ -250,7 +253,7 @@ private slots:
         QCOMPARE(rig.load(), old);
         QCOMPARE(QDir(rig.dir.path()).entryList(QDir::Files), QStringList{"a.prm"});
         QCOMPARE(rig.ui.messages.size(), 1);
-        QCOMPARE(rig.ui.messages[0].text, en(1724));
+        QCOMPARE(rig.ui.messages[0].text, en(Text::MsgFileAccessError));
         // A folder that is not there cannot take a file either.
         QVERIFY(!rig.file.write(rig.dir.filePath(QStringLiteral("none/a.prm"))));
         QCOMPARE(rig.ui.messages.size(), 2);

@@ -142,18 +142,21 @@ private slots:
     void restartList_data() {
         QTest::addColumn<QList<int>>("numbers");
         QTest::addColumn<bool>("prm45Undo");
-        QTest::addColumn<int>("language");
+        QTest::addColumn<Language>("language");
         QTest::addColumn<QString>("list");  // empty: no message
-        QTest::newRow("00 and 20") << QList<int>{0, 20} << false << 0 << "Parameter No. 0, 20";
-        QTest::newRow("45 undoes coupling") << QList<int>{1, 45} << true << 0 << "Parameter No. 1";
-        QTest::newRow("Japanese") << QList<int>{49} << false << 1 << "パラメータ　No. 49";
-        QTest::newRow("only 11") << QList<int>{11} << false << 0 << "";
-        QTest::newRow("only undone 45") << QList<int>{45} << true << 0 << "";
+        QTest::newRow("00 and 20")
+            << QList<int>{0, 20} << false << Language::English << "Parameter No. 0, 20";
+        QTest::newRow("45 undoes coupling")
+            << QList<int>{1, 45} << true << Language::English << "Parameter No. 1";
+        QTest::newRow("Japanese") << QList<int>{49} << false << Language::Japanese
+                                  << "パラメータ　No. 49";
+        QTest::newRow("only 11") << QList<int>{11} << false << Language::English << "";
+        QTest::newRow("only undone 45") << QList<int>{45} << true << Language::English << "";
     }
     void restartList() {
         QFETCH(QList<int>, numbers);
         QFETCH(bool, prm45Undo);
-        QFETCH(int, language);
+        QFETCH(Language, language);
         QFETCH(QString, list);
         Rig rig;
         rig.state.LanguageId = language;
@@ -165,12 +168,14 @@ private slots:
             QVERIFY(rig.ui.messages.isEmpty());
             return;
         }
-        const auto t = [&](int id) { return TextCatalogue::text(language, id); };
+        const auto t = [&](Text id) { return TextCatalogue::text(language, id); };
         QCOMPARE(rig.ui.messages.size(), 1);
         const auto& message = rig.ui.messages[0];
         QCOMPARE(message.kind, QStringLiteral("notice"));
-        QCOMPARE(message.caption, t(1706));
-        QCOMPARE(message.text, t(1710) + "\r\n\r\n" + list + "\r\n" + t(1711) + "\r\n" + t(1712));
+        QCOMPARE(message.caption, t(Text::MsgStatus));
+        QCOMPARE(message.text, t(Text::MsgParameterWriteFinished) + "\r\n\r\n" + list + "\r\n" +
+                                   t(Text::MsgChangesTheseParametersApplyed) + "\r\n" +
+                                   t(Text::MsgAfterRebootingOrvixServo));
         QVERIFY(!message.timer1ActiveWhileOpen);
     }
 

@@ -98,23 +98,23 @@ private slots:
 
     void waveProgress_data() {
         QTest::addColumn<int>("backEnd");
-        QTest::addColumn<int>("language");
+        QTest::addColumn<Language>("language");
         QTest::addColumn<QByteArray>("partial");
         QTest::addColumn<QString>("marks");
         const QByteArray record = QByteArray("1wd") + QByteArray(397, '0');
         QTest::newRow("RS-232C, 400 characters")
-            << int(BackEnd::Rs232) << 0 << record << QStringLiteral("######");
+            << int(BackEnd::Rs232) << Language::English << record << QStringLiteral("######");
         QTest::newRow("USB keeps the STX")
-            << int(BackEnd::UsbSerial) << 0 << QByteArray("\x02") + record.left(93)
+            << int(BackEnd::UsbSerial) << Language::English << QByteArray("\x02") + record.left(93)
             << QStringLiteral("####");
-        QTest::newRow("Japanese") << int(BackEnd::Rs232) << 1 << record.left(10)
+        QTest::newRow("Japanese") << int(BackEnd::Rs232) << Language::Japanese << record.left(10)
                                   << QStringLiteral("\u25A0");
         QTest::newRow("another reply")
-            << int(BackEnd::Rs232) << 0 << QByteArray("1ma00") << QString();
+            << int(BackEnd::Rs232) << Language::English << QByteArray("1ma00") << QString();
     }
     void waveProgress() {
         QFETCH(int, backEnd);
-        QFETCH(int, language);
+        QFETCH(Language, language);
         QFETCH(QByteArray, partial);
         QFETCH(QString, marks);
         LinkRig rig(static_cast<BackEnd>(backEnd));
@@ -125,11 +125,11 @@ private slots:
         rig.ticks(1);
         QCOMPARE(rig.ui.waveMarks, marks);
         if (marks.isEmpty()) {
-            QCOMPARE(rig.state.run().Wave,
-                     WaveState::Triggered);  // not the wave data: nothing to show yet
+            // not the wave data: nothing to show yet
+            QCOMPARE(rig.state.run().Wave, WaveState::Triggered);
             return;
         }
-        QCOMPARE(rig.ui.waveLabel, TextCatalogue::text(language, 1340));
+        QCOMPARE(rig.ui.waveLabel, TextCatalogue::text(language, Text::WaveWaveDataReceiving));
         QCOMPARE(rig.state.run().Wave, WaveState::ReceivingRecord);
         QVERIFY(!rig.ui.controlsEnabled);
         QVERIFY(!rig.ui.waveCancelEnabled);

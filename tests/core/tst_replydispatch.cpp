@@ -8,8 +8,8 @@ using namespace velora;
 using velora::test::LinkRig;
 
 namespace {
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 constexpr quint32 kServoOn = 1U << 0;
 constexpr quint32 kAlarm = 1U << 1;
@@ -66,26 +66,31 @@ private slots:
         QTest::addColumn<quint32>("status");
         QTest::addColumn<bool>("monitorFresh");
         QTest::addColumn<QString>("message");
-        const QString e3 = en(1799) + QStringLiteral(" 3:\n") + en(1803);
-        const auto because = [&e3](int reason) { return e3 + QStringLiteral("\n\n") + en(reason); };
-        const auto error = [](int n) { return en(1799) + QStringLiteral(" %1:\n").arg(n); };
+        const QString e3 = en(Text::MsgCommErrorCaption) + QStringLiteral(" 3:\n") +
+                           en(Text::LinkCommandExecutionFailure);
+        const auto because = [&e3](Text reason) {
+            return e3 + QStringLiteral("\n\n") + en(reason);
+        };
+        const auto error = [](int n) {
+            return en(Text::MsgCommErrorCaption) + QStringLiteral(" %1:\n").arg(n);
+        };
         // clang-format off
-        QTest::newRow("class 0") << "1XX" << "1ER0" << 0U << true << error(0) + en(1800);
-        QTest::newRow("class 1") << "1PW5;FFFF" << "1ER1" << 0U << true << error(1) + en(1801);
+        QTest::newRow("class 0") << "1XX" << "1ER0" << 0U << true << error(0) + en(Text::LinkIllegalCommandString);
+        QTest::newRow("class 1") << "1PW5;FFFF" << "1ER1" << 0U << true << error(1) + en(Text::LinkIllegalData);
         QTest::newRow("class 2") << "1SP3" << "1ER2" << 0U << true
-                                 << error(2) + en(1802) + QStringLiteral("\n\n") + en(1811);
+                                 << error(2) + en(Text::LinkInputMethodError) + QStringLiteral("\n\n") + en(Text::LinkCheckParameter45);
         QTest::newRow("SO in alarm") << "1SO" << "1ER3" << (kAlarm | kEmergencyStop) << true
-                                     << because(1816);
+                                     << because(Text::LinkInAlarm);
         QTest::newRow("SO in emergency stop") << "1SO" << "1ER3" << kEmergencyStop << true
-                                              << because(1812);
-        QTest::newRow("jog in servo off") << "1PJ" << "1ER3" << 0U << true << because(1813);
+                                              << because(Text::LinkInEmergencyStop);
+        QTest::newRow("jog in servo off") << "1PJ" << "1ER3" << 0U << true << because(Text::LinkInServoOff);
         QTest::newRow("start while table runs") << "1ON" << "1ER3"
                                                 << (kServoOn | kPointTableRunning) << true
-                                                << because(1814);
+                                                << because(Text::LinkPointTableRunning);
         QTest::newRow("TP before zero return") << "1TP" << "1ER3" << kServoOn << true
-                                               << because(1815);
+                                               << because(Text::LinkZeroReturnNotFinished);
         QTest::newRow("TP after zero return") << "1TP" << "1ER3" << kZeroReturnDone << true << e3;
-        QTest::newRow("RT in servo on") << "1RT" << "1ER3" << kServoOn << true << because(1817);
+        QTest::newRow("RT in servo on") << "1RT" << "1ER3" << kServoOn << true << because(Text::LinkInServoOn);
         QTest::newRow("stale status gives no reason") << "1TP" << "1ER3" << 0U << false << e3;
         QTest::newRow("other code") << "1NW" << "1ER3" << 0U << true << e3;
         QTest::newRow("class 7 is empty") << "1SO" << "1ER7" << 0U << true << QString();
@@ -107,7 +112,7 @@ private slots:
         QCOMPARE(rig.ui.messages.size(), 1);
         QCOMPARE(rig.ui.messages[0].kind, QStringLiteral("error"));
         QCOMPARE(rig.ui.messages[0].text, message);
-        QCOMPARE(rig.ui.messages[0].caption, en(1799));
+        QCOMPARE(rig.ui.messages[0].caption, en(Text::MsgCommErrorCaption));
         QVERIFY(!rig.state.run().ParamTransferActive && !rig.ui.busyDialogShown);
         QVERIFY(rig.ui.controlsEnabled);
         QCOMPARE(rig.lastSent(), QStringLiteral("1ma"));
@@ -126,8 +131,9 @@ private slots:
         rig.port->reply(QStringLiteral("1PRZZ"));
         QCOMPARE(rig.ui.messages.size(), 1);
         QVERIFY(rig.ui.messages[0].text.startsWith(
-            en(1704) + QStringLiteral("\nThe reply to 'PR5' from axis 1 at 9600 baud on "
-                                      "/dev/ttyS0 cannot be read: 1PRZZ")));
+            en(Text::MsgCommunicationFailure) +
+            QStringLiteral("\nThe reply to 'PR5' from axis 1 at 9600 baud on "
+                           "/dev/ttyS0 cannot be read: 1PRZZ")));
         QCOMPARE(rig.port->spoolClears, 1);
         QCOMPARE(rig.sent(), (QStringList{"1PR5", "1PR5"}));
         QCOMPARE(rig.state.run().RetryCount, 0);

@@ -21,8 +21,8 @@ Q_DECLARE_METATYPE(velora::FieldKey)
 
 namespace {
 
-QString en(int id) {
-    return TextCatalogue::text(0, id);
+QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
 
 QByteArray lines(const QByteArray& first, const QList<QByteArray>& rest) {
@@ -168,7 +168,7 @@ private slots:
         QCOMPARE(rig.lastSent(), u"1TR3F"_s);
         rig.port->reply(u"1TR0000 00000006 0 0 0000 "_s);
         QCOMPARE(rig.points.PointTable[63].Position, 6);
-        QCOMPARE(rig.ui.messages.value(0).text, en(1708));
+        QCOMPARE(rig.ui.messages.value(0).text, en(Text::MsgPointTableReadFinished));
         QVERIFY(rig.points.PointTableValid && !rig.state.run().PointTransferActive);
     }
 
@@ -233,25 +233,29 @@ private slots:
     void brokenFilesKeepWhatCameBefore_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("message");
+        QTest::addColumn<Text>("message");
         QTest::addColumn<int>("marked");  // points or cells loaded before the failure
         const QByteArray point = "Orvix-Servo point table data file";
         const QByteArray com = "Orvix-Servo v/a/t commands file";
-        QTest::newRow("trailing blank") << u"a.tbl"_s << lines(point + ' ', {"0"}) << 1734 << 0;
-        QTest::newRow("binary") << u"a.tbl"_s << QByteArray("\x00\xff\x10\x02zz\x7f", 7) << 1734
-                                << 0;
+        QTest::newRow("trailing blank")
+            << u"a.tbl"_s << lines(point + ' ', {"0"}) << Text::MsgIdentificationError1734 << 0;
+        QTest::newRow("binary") << u"a.tbl"_s << QByteArray("\x00\xff\x10\x02zz\x7f", 7)
+                                << Text::MsgIdentificationError1734 << 0;
         QTest::newRow("truncated after two points")
-            << u"a.tbl"_s << lines(point, QList<QByteArray>(17, "1")) << 1724 << 2;
+            << u"a.tbl"_s << lines(point, QList<QByteArray>(17, "1")) << Text::MsgFileAccessError
+            << 2;
         QTest::newRow("PosTor 300")
-            << u"a.tbl"_s << lines(point, {"0", "0", "0", "0", "0", "0", "0", "300"}) << 1724 << 1;
+            << u"a.tbl"_s << lines(point, {"0", "0", "0", "0", "0", "0", "0", "300"})
+            << Text::MsgFileAccessError << 1;
         QTest::newRow("velocity 40000")
-            << u"a.sct"_s << lines(com, {"1", "2", "40000"}) << 1724 << 2;
-        QTest::newRow("wrong commands id") << u"a.sct"_s << lines(point, {"1"}) << 1736 << 0;
+            << u"a.sct"_s << lines(com, {"1", "2", "40000"}) << Text::MsgFileAccessError << 2;
+        QTest::newRow("wrong commands id")
+            << u"a.sct"_s << lines(point, {"1"}) << Text::MsgIdentificationError1736 << 0;
     }
     void brokenFilesKeepWhatCameBefore() {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
-        QFETCH(int, message);
+        QFETCH(Text, message);
         QFETCH(int, marked);
         Rig rig;
         rig.store(name, content);
@@ -268,7 +272,7 @@ private slots:
         }
         QCOMPARE(rig.ui.messages.size(), 1);
         QCOMPARE(rig.ui.messages[0].text, en(message));
-        QCOMPARE(rig.ui.messages[0].caption, en(message + 1));
+        QCOMPARE(rig.ui.messages[0].caption, TextCatalogue::text(Language::English, message, 1));
     }
 
     void clampedFileValueStaysMarked() {
@@ -288,7 +292,7 @@ private slots:
     void failedWriteIsTold() {
         Rig rig;
         QVERIFY(!rig.pointFile.WritePointFile(rig.path(u"none/a.tbl"_s)));
-        QCOMPARE(rig.ui.messages.value(0).text, en(1724));
+        QCOMPARE(rig.ui.messages.value(0).text, en(Text::MsgFileAccessError));
     }
 };
 

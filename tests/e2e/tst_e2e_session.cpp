@@ -76,11 +76,13 @@ private slots:
         QCOMPARE(sim.link.PortNumber, 1);
         QCOMPARE(sim.ui.messages.size(), 1);
         const QString text = sim.ui.messages[0].text;
-        QVERIFY(text.startsWith(TextCatalogue::text(0, 1702) + QLatin1Char('\n')));
+        QVERIFY(text.startsWith(TextCatalogue::text(Language::English, Text::MsgCannotOpenPort) +
+                                QLatin1Char('\n')));
         QVERIFY(text.contains(QStringLiteral("/dev/velora-no-such-port: ")));
         QVERIFY(!sim.engine.lastOpen().reason.isEmpty());
         QVERIFY(text.endsWith(sim.engine.lastOpen().reason));
-        QCOMPARE(sim.ui.messages[0].caption, TextCatalogue::text(0, 1703));
+        QCOMPARE(sim.ui.messages[0].caption,
+                 TextCatalogue::text(Language::English, Text::MsgCannotOpenPortCaption));
         QVERIFY(sim.engine.timer1Active());
     }
 
@@ -103,7 +105,8 @@ private slots:
         sim.line.faults().errorCodes.insert(QStringLiteral("ma"), 3);
         sim.start(true, false);
         // One refusal is shown and polled past; the same refusal right after stops the monitor.
-        const QString off = TextCatalogue::text(0, 1821);
+        const QString off =
+            TextCatalogue::text(Language::English, Text::LinkDriveRefusedMonitorRequest);
         QVERIFY(QTest::qWaitFor([&] { return sim.ui.messages.size() == 2; }, 2000));
         QVERIFY(!sim.ui.messages[0].text.contains(off));
         QVERIFY(sim.ui.messages[1].text.endsWith(off));

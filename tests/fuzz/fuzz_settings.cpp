@@ -17,7 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Global global;
     store.loadComAndLanguage(global);
     const LinkState& link = global.Link;
-    VELORA_FUZZ_CHECK(link.LanguageId == 0 || link.LanguageId == 1);
+    VELORA_FUZZ_CHECK(link.LanguageId == Language::English ||
+                      link.LanguageId == Language::Japanese);
     VELORA_FUZZ_CHECK(link.PortNumber >= 0 && link.PortNumber <= 16);
     VELORA_FUZZ_CHECK(link.AxisNumber >= 0 && link.AxisNumber <= 15);
     const QStringList bauds{QStringLiteral("9600"), QStringLiteral("19200"),

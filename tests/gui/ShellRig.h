@@ -121,11 +121,11 @@ public:
     std::unique_ptr<MDIParent> window;
 };
 
-inline QString en(int id) {
-    return TextCatalogue::text(0, id);
+inline QString en(Text id) {
+    return TextCatalogue::text(Language::English, id);
 }
-inline QString ja(int id) {
-    return TextCatalogue::text(1, id);
+inline QString ja(Text id) {
+    return TextCatalogue::text(Language::Japanese, id);
 }
 
 }  // namespace velora::test

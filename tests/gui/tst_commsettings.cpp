@@ -73,7 +73,7 @@ private slots:
         QCOMPARE(rig.control<QComboBox>(u"ComboBaud"_s)->currentText(), u"19200"_s);
         QCOMPARE(rig.text(u"TxtReplyWait"_s), u"30"_s);
         QCOMPARE(rig.baudList(), QStringList({"9600", "19200", "38400", "57600", "115200"}));
-        QCOMPARE(rig.control<QLabel>(u"Label3"_s)->text(), en(1203));
+        QCOMPARE(rig.control<QLabel>(u"Label3"_s)->text(), en(Text::CommSettingsReplyWaitMs));
         QCOMPARE(rig.control<QLabel>(u"Label3"_s)->buddy(), rig.control(u"TxtReplyWait"_s));
         QVERIFY(!rig.link().RealTimeMonitor);
 
@@ -194,8 +194,8 @@ private slots:
         ShellRig::typeAndLeave(rig.control<QLineEdit>(u"TxtCOMnum"_s), u"9"_s);
         rig.click(u"Command(0)"_s);
         QCOMPARE(rig.messages.size(), 1);
-        QVERIFY(rig.messages[0].text.startsWith(en(1702)));
-        QCOMPARE(rig.messages[0].title, en(1703));
+        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCannotOpenPort)));
+        QCOMPARE(rig.messages[0].title, en(Text::MsgCannotOpenPortCaption));
         QVERIFY(rig.dialog->isVisible());
         QCOMPARE(rig.link().PortNumber, 2);
         QCOMPARE(rig.text(u"TxtCOMnum"_s), u"2"_s);
@@ -226,7 +226,7 @@ private slots:
         QVERIFY(!rig.link().run().PortOpen);
         QVERIFY(!rig.port()->isOpen());
         QVERIFY(rig.link().RealTimeMonitor);
-        QCOMPARE(rig.window->windowTitle(), ja(1021));
+        QCOMPARE(rig.window->windowTitle(), ja(Text::MainCaptionOffline));
         QVERIFY(!rig.find<ComConsoleWindow>(u"ComConsole"_s)->consoleEnabled());
         // Offline, the next opening offers neither the search nor the reply wait.
         rig.find<QAction>(u"mnuSystemItem(0)"_s)->trigger();
@@ -248,19 +248,24 @@ private slots:
     void searchWithoutADriveGivesUp() {
         DialogRig rig({{"COMSetting/USB-RS232C", "True"}});
         rig.click(u"CmdSrch"_s);
-        QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(), en(1209));
+        QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(),
+                 en(Text::CommSettingsSearchCancel));
         // Where the search stands: the probe out now and how many are still to come.
         const auto* state = rig.control<QLabel>(u"Label5"_s);
-        QCOMPARE(state->text(), en(1806) + u" "_s + en(1472).arg(0).arg(9600).arg(44).arg(45));
+        QCOMPARE(state->text(),
+                 en(Text::LinkSearching) + u" "_s +
+                     en(Text::PointTableAxisBpsProbesLeft).arg(0).arg(9600).arg(44).arg(45));
         QVERIFY(!rig.control(u"Command(0)"_s)->isEnabled());
         rig.ticks(2 * 16);
-        QCOMPARE(state->text(), en(1806) + u" "_s + en(1472).arg(1).arg(19200).arg(28).arg(45));
+        QCOMPARE(state->text(),
+                 en(Text::LinkSearching) + u" "_s +
+                     en(Text::PointTableAxisBpsProbesLeft).arg(1).arg(19200).arg(28).arg(45));
         rig.ticks(2 * 15 * 3 - 2 * 16);
         QCOMPARE(rig.messages.size(), 1);
-        QCOMPARE(rig.messages[0].text, en(1809));
-        QCOMPARE(rig.messages[0].title, en(1810));
+        QCOMPARE(rig.messages[0].text, en(Text::LinkCOMSettingNotFound));
+        QCOMPARE(rig.messages[0].title, en(Text::LinkFailure));
         QCOMPARE(rig.messages[0].icon, QMessageBox::Critical);
-        QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(), en(1208));
+        QCOMPARE(rig.control<QPushButton>(u"CmdSrch"_s)->text(), en(Text::CommSettingsSearch));
         QVERIFY(rig.control<QLabel>(u"Label5"_s)->text().isEmpty());
         QVERIFY(rig.control(u"Command(0)"_s)->isEnabled());
         QVERIFY(!rig.link().run().Searching);
@@ -289,8 +294,8 @@ private slots:
             QTest::qWait(10);
         }
         QCOMPARE(rig.messages.size(), 1);
-        QCOMPARE(rig.messages[0].text, en(1807));
-        QCOMPARE(rig.messages[0].title, en(1808));
+        QCOMPARE(rig.messages[0].text, en(Text::LinkCOMSettingFound));
+        QCOMPARE(rig.messages[0].title, en(Text::LinkSucceed));
         QCOMPARE(rig.messages[0].icon, QMessageBox::NoIcon);
         QCOMPARE(rig.text(u"TextAxisNum"_s), u"3"_s);
         QCOMPARE(rig.control<QComboBox>(u"ComboBaud"_s)->currentIndex(), 1);
@@ -317,4 +322,5 @@ private slots:
 };
 
 QTEST_MAIN(TestCommSettings)
+#include "core/shared/TextId.h"
 #include "tst_commsettings.moc"

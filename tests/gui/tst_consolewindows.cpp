@@ -105,7 +105,8 @@ private slots:
                      version >= 110);
         // A locked button still says what it would send and why it is locked.
         const QString tip = shell.find<QPushButton>(u"CmdButton(32)"_s)->toolTip();
-        QVERIFY2(tip.startsWith(u"EW \u2014 "_s) && tip.endsWith(en(1097)), qPrintable(tip));
+        QVERIFY2(tip.startsWith(u"EW \u2014 "_s) && tip.endsWith(en(Text::CmdHelpNeedsSoftware110)),
+                 qPrintable(tip));
         if (version < 110)
             return;
 
@@ -145,7 +146,7 @@ private slots:
         const QString tooLong = u"0SO"_s + QString(37, u'1');
         typeLine(typed, tooLong);
         QCOMPARE(shell.rig->messages.size(), 1);
-        QVERIFY(shell.rig->messages[0].text.contains(en(1845)));
+        QVERIFY(shell.rig->messages[0].text.contains(en(Text::LinkCommandHoldsMost30)));
         shell.runUntil([&] { return shell.received.size() > 20; });
         QVERIFY(!shell.received.contains(tooLong));
         typeLine(typed, QString(), Qt::Key_Up);
@@ -176,20 +177,21 @@ private slots:
         QCOMPARE(background(overCurrent), window->idleLampColour());
 
         QVERIFY(shell.runUntil([&] { return background(overCurrent) == red; }));
-        QCOMPARE(overCurrent->text(), en(1158));
+        QCOMPARE(overCurrent->text(), en(Text::AlarmName05OverCurrent));
         QCOMPARE(background(shell.find(u"LabelNowAlarm(0)"_s)), window->idleLampColour());
-        QCOMPARE(newest->text(), en(1158));
-        QCOMPARE(newest->accessibleName(), en(1151) + u" 1: "_s + en(1158));
+        QCOMPARE(newest->text(), en(Text::AlarmName05OverCurrent));
+        QCOMPARE(newest->accessibleName(),
+                 en(Text::AlarmAlarmHistory) + u" 1: "_s + en(Text::AlarmName05OverCurrent));
         QVERIFY(shell.find(u"LabelAlmHistory(1)"_s)->text().isEmpty());
 
         QVERIFY(shell.click(u"CommandALM(0)"_s));
         QVERIFY(shell.runUntil([&] { return background(overCurrent) != red; }));
         QCOMPARE(background(overCurrent), window->idleLampColour());
-        QCOMPARE(newest->text(), en(1158));
+        QCOMPARE(newest->text(), en(Text::AlarmName05OverCurrent));
 
         shell.rig->find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
-        QCOMPARE(newest->text(), ja(1158));
-        QCOMPARE(shell.find<QPushButton>(u"CommandALM(1)"_s)->text(), ja(1153));
+        QCOMPARE(newest->text(), ja(Text::AlarmName05OverCurrent));
+        QCOMPARE(shell.find<QPushButton>(u"CommandALM(1)"_s)->text(), ja(Text::AlarmHistoryClear));
         QVERIFY(shell.click(u"CommandALM(1)"_s));
         QVERIFY(shell.runUntil([&] { return newest->text().isEmpty(); }));
     }
@@ -231,9 +233,10 @@ private slots:
 
         shell.rig->find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
         QCOMPARE(shell.rig->find<QGroupBox>(u"Frame2"_s, shell.rig->find(u"IOStatus"_s))->title(),
-                 ja(1351));
+                 ja(Text::IoOutput));
     }
 };
 
 QTEST_MAIN(TestConsoleWindows)
+#include "core/shared/TextId.h"
 #include "tst_consolewindows.moc"

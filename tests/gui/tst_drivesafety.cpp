@@ -61,10 +61,12 @@ private slots:
         sim::DriveMemory& axis3 = line.bus().drive(3)->model().memory();
         DriveRig rig(line);
         auto* prm = rig.find<PrmTblWindow>(u"PrmTbl"_s);
-        const auto drive = [&line](int axis) { return en(1771).arg(axis).arg(line.devicePath()); };
+        const auto drive = [&line](int axis) {
+            return en(Text::MsgAxis).arg(axis).arg(line.devicePath());
+        };
         rig.click(prm, u"Command(3)"_s);
         QVERIFY(rig.runUntil([&] { return rig.global.Params.ParamsLoaded; }));
-        QCOMPARE(rig.find<QLabel>(u"LabelDrive"_s, prm)->text(), en(1770).arg(drive(0)));
+        QCOMPARE(rig.find<QLabel>(u"LabelDrive"_s, prm)->text(), en(Text::MsgDrive).arg(drive(0)));
         auto* box8 = rig.find<QLineEdit>(u"TxtPrm(8)"_s, prm);
         rig.type(box8, u"777"_s);
 
@@ -74,7 +76,8 @@ private slots:
         rig.find<QLineEdit>(u"TextAxisNum"_s, settings)->setText(u"3"_s);
         auto* ok = rig.find<QPushButton>(u"Command(0)"_s, settings);
         QTest::mouseClick(ok, Qt::LeftButton);
-        QCOMPARE(rig.messages.last().text, en(1782).arg(en(1775)));
+        QCOMPARE(rig.messages.last().text,
+                 en(Text::MsgNotWrittenDriveDiscard).arg(en(Text::Msg1Parameter)));
         QCOMPARE(rig.messages.last().defaultButton, QMessageBox::No);
         QVERIFY(settings->isVisible() && rig.global.Params.ParamChanged[8]);
         QCOMPARE(rig.link().AxisNumber, 0);
@@ -89,7 +92,8 @@ private slots:
         rig.yesNoAnswer = QMessageBox::No;
         rig.type(box8, u"778"_s);
         rig.click(prm, u"Command(2)"_s);
-        QCOMPARE(rig.messages.last().text, en(1773).arg(drive(0), drive(3)));
+        QCOMPARE(rig.messages.last().text,
+                 en(Text::MsgTheseValuesWereRead).arg(drive(0), drive(3)));
         QCOMPARE(rig.messages.last().defaultButton, QMessageBox::No);
         settle(rig);
         QVERIFY(rig.received.filter(u"PW"_s).isEmpty());
@@ -108,14 +112,15 @@ private slots:
         rig.messages.clear();
         rig.window->close();
         QCOMPARE(rig.messages.size(), 1);
-        QCOMPARE(rig.messages[0].text, en(1782).arg(en(1775)));
+        QCOMPARE(rig.messages[0].text,
+                 en(Text::MsgNotWrittenDriveDiscard).arg(en(Text::Msg1Parameter)));
         rig.messages.clear();
         rig.window->messageBoxes().setAnswerer([&rig](const MessageBoxes::Message& m) {
             rig.messages.append(m);
-            return m.title == en(1784) ? QMessageBox::Yes : QMessageBox::No;
+            return m.title == en(Text::MsgUnwrittenChanges) ? QMessageBox::Yes : QMessageBox::No;
         });
         rig.window->close();
-        QCOMPARE(rig.messages.value(1).text, en(1785).arg(3));
+        QCOMPARE(rig.messages.value(1).text, en(Text::MsgServoAxisOnNQuit).arg(3));
         QVERIFY(!rig.window->isHidden());
     }
 
@@ -129,7 +134,7 @@ private slots:
         const QRect areaRect(area->mapTo(rig.window.get(), QPoint()), area->size());
         QVERIFY(strip->isVisible() && !strip->geometry().intersects(areaRect));
         auto* jogOff = rig.find<QAction>(u"CmdStop(1)"_s);
-        QCOMPARE(jogOff->text(), en(1792) + u" (F7)"_s);
+        QCOMPARE(jogOff->text(), en(Text::MsgJogOff) + u" (F7)"_s);
 
         auto* console = rig.find<ComConsoleWindow>(u"ComConsole"_s);
         rig.click(console, u"CmdButton(2)"_s);
@@ -173,9 +178,10 @@ private slots:
         auto* busy = rig.find<InComDialog>(u"InCOMDialog"_s);
         QVERIFY(rig.runUntil([&] { return rig.global.Points.changedCount() <= 61; }));
         QVERIFY(busy->isVisible());
-        QString pattern = QRegularExpression::escape(en(1468));
+        QString pattern = QRegularExpression::escape(en(Text::PointTableWritingPoint));
         pattern.replace(u"\\%1"_s, u"\\d+"_s)
-            .replace(u"\\%2"_s, QRegularExpression::escape(en(1771).arg(0).arg(line.devicePath())))
+            .replace(u"\\%2"_s,
+                     QRegularExpression::escape(en(Text::MsgAxis).arg(0).arg(line.devicePath())))
             .replace(u"\\%3"_s, u"\\d+/64"_s);
         const QRegularExpression progress(u"^"_s + pattern + u"$"_s);
         auto* activity = rig.find<QLabel>(u"LabelActivity"_s, busy);
@@ -195,4 +201,5 @@ private slots:
 };
 
 QTEST_MAIN(TestDriveSafety)
+#include "core/shared/TextId.h"
 #include "tst_drivesafety.moc"

@@ -61,15 +61,16 @@ private slots:
             QVERIFY2(!rig.find(QString::fromLatin1(name))->isVisible(), name);
 
         // Defaults: English, port 1, axis 0, 9600 baud, RS-232C, online, and the first poll.
-        QCOMPARE(rig.window->windowTitle(), en(1020));
-        QCOMPARE(rig.find<ChildWindow>(u"PrmTbl"_s)->windowTitle(), en(1058));
-        QCOMPARE(rig.find<QLabel>(u"Label1"_s, rig.find(u"SystemBar"_s))->text(), en(1600));
+        QCOMPARE(rig.window->windowTitle(), en(Text::MainCaption));
+        QCOMPARE(rig.find<ChildWindow>(u"PrmTbl"_s)->windowTitle(), en(Text::CaptionParameter));
+        QCOMPARE(rig.find<QLabel>(u"Label1"_s, rig.find(u"SystemBar"_s))->text(),
+                 en(Text::StatusBarRUN));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"0"_s);
         QCOMPARE(rig.port()->backEnd(), BackEnd::Rs232);
         QCOMPARE(rig.port()->opens.value(0).second, 9600);
         QCOMPARE(rig.sent(), QStringList{"0ma"});
         QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(),
-                 en(1604).arg(rig.engine().device(), u"9600"_s).arg(0));
+                 en(Text::StatusBarPortAxis).arg(rig.engine().device(), u"9600"_s).arg(0));
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
         QVERIFY(rig.messages.isEmpty());
 
@@ -85,13 +86,13 @@ private slots:
             }
             return texts;
         };
-        QCOMPARE(items().first(), "&1 " + en(1051) + u" [x]"_s);
-        QCOMPARE(items().last(), "&9 " + en(1925));
+        QCOMPARE(items().first(), "&1 " + en(Text::CaptionCommandConsole) + u" [x]"_s);
+        QCOMPARE(items().last(), "&9 " + en(Text::TraceCaption));
         QVERIFY(!rig.find(u"Trace"_s)->isVisible());
         rig.find<QAction>(u"mnuWindowItem(8)"_s)->trigger();
         QVERIFY(rig.find(u"Trace"_s)->isVisible());
         QCOMPARE(items().size(), kChildOrder.size() + 1);
-        QCOMPARE(items().last(), "&9 " + en(1925) + u" [x]"_s);
+        QCOMPARE(items().last(), "&9 " + en(Text::TraceCaption) + u" [x]"_s);
         QVERIFY(!rig.engine().frameTrace());
 
         // A child's close box minimises it.
@@ -152,8 +153,8 @@ private slots:
         rig.ticks(10);
         QVERIFY(rig.port()->frames.isEmpty());
         QVERIFY(rig.port()->opens.isEmpty());
-        QCOMPARE(rig.window->windowTitle(), ja(1021));
-        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), ja(1606));
+        QCOMPARE(rig.window->windowTitle(), ja(Text::MainCaptionOffline));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), ja(Text::StatusBarOffline));
         QVERIFY(!rig.find<ComConsoleWindow>(u"ComConsole"_s)->consoleEnabled());
         QVERIFY(!rig.find<ChildWindow>(u"PrmTbl"_s)->transferButtonsEnabled());
         QVERIFY(!rig.find(u"CommSettings"_s)->isVisible());
@@ -171,7 +172,7 @@ private slots:
         for (const int i : {PrmTblWindow::WriteServo, PrmTblWindow::ReadServo})
             QVERIFY(!rig.find<QPushButton>(u"Command(%1)"_s.arg(i), prm)->isEnabled());
         prm->Command_Click(PrmTblWindow::ReadServo);
-        QCOMPARE(rig.messages.last().text, ja(1820));
+        QCOMPARE(rig.messages.last().text, ja(Text::LinkNotSentVeloraOffline));
         QVERIFY(!rig.find(u"InCOMDialog"_s)->isVisible() && !rig.link().run().ParamTransferActive);
     }
 
@@ -179,8 +180,10 @@ private slots:
         const QString device = u"/dev/ttyV9"_s;  // as --port gives it
         ShellRig rig({{"COMSetting/AxisNumber", "15"}, {"COMSetting/RtMon", "False"}}, {}, device);
         rig.start();
-        QCOMPARE(rig.window->windowTitle(), en(1020) + en(1609).arg(device));
-        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(), en(1604).arg(device, u"9600"_s).arg(15));
+        QCOMPARE(rig.window->windowTitle(),
+                 en(Text::MainCaption) + en(Text::StatusBarDeviceSuffix).arg(device));
+        QCOMPARE(rig.find<QLabel>(u"LblLink"_s)->text(),
+                 en(Text::StatusBarPortAxis).arg(device, u"9600"_s).arg(15));
         QCOMPARE(rig.find<QLabel>(u"LabelAxisNum"_s)->text(), u"15"_s);
         for (const QString& name : kChildOrder) {
             QVERIFY2(!rig.find<ChildWindow>(name)->transferButtonsEnabled(), qPrintable(name));
@@ -192,17 +195,19 @@ private slots:
         ShellRig rig;
         rig.start();
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
-        QCOMPARE(rig.link().LanguageId, 1);
+        QCOMPARE(rig.link().LanguageId, Language::Japanese);
         QVERIFY(rig.find<QAction>(u"mnuSystemLang(1)"_s)->isChecked());
         QVERIFY(!rig.find<QAction>(u"mnuSystemLang(0)"_s)->isChecked());
-        QCOMPARE(rig.find<QMenu>(u"mnuFile"_s)->title(), ja(1000));
-        QCOMPARE(rig.find<QAction>(u"mnuFileItem(0)"_s)->text(), ja(1001));
-        QCOMPARE(rig.find<QAction>(u"mnuSystemItem(4)"_s)->text(), ja(1008));
-        QCOMPARE(rig.find<ChildWindow>(u"HMon"_s)->windowTitle(), ja(1054));
-        QCOMPARE(rig.find<QLabel>(u"Label1(0)"_s, rig.find(u"ComConsole"_s))->text(), ja(1100));
-        QCOMPARE(rig.find<QLabel>(u"LblCom"_s)->text(), ja(1603));
+        QCOMPARE(rig.find<QMenu>(u"mnuFile"_s)->title(), ja(Text::MenuFile));
+        QCOMPARE(rig.find<QAction>(u"mnuFileItem(0)"_s)->text(), ja(Text::MenuQuit));
+        QCOMPARE(rig.find<QAction>(u"mnuSystemItem(4)"_s)->text(),
+                 ja(Text::MenuSoftwareVersionChange));
+        QCOMPARE(rig.find<ChildWindow>(u"HMon"_s)->windowTitle(), ja(Text::CaptionWaveMonitor));
+        QCOMPARE(rig.find<QLabel>(u"Label1(0)"_s, rig.find(u"ComConsole"_s))->text(),
+                 ja(Text::ConsoleSendLabel));
+        QCOMPARE(rig.find<QLabel>(u"LblCom"_s)->text(), ja(Text::StatusBarCom));
         // The caption follows only the next online/offline change.
-        QCOMPARE(rig.window->windowTitle(), en(1020));
+        QCOMPARE(rig.window->windowTitle(), en(Text::MainCaption));
         // The toolkit's own buttons follow the language, both ways.
         const auto retryText = [] {
             return QMessageBox(QMessageBox::Critical, {}, {}, QMessageBox::Retry)
@@ -230,7 +235,7 @@ private slots:
         rig.start();
         // A port that cannot open asks for the comm settings, with the monitor suspended.
         QCOMPARE(rig.messages.size(), 1);
-        QVERIFY(rig.messages[0].text.startsWith(en(1702)));
+        QVERIFY(rig.messages[0].text.startsWith(en(Text::MsgCannotOpenPort)));
         QCOMPARE(rig.messages[0].icon, QMessageBox::Critical);
         QVERIFY(rig.find(u"CommSettings"_s)->isVisible());
         QVERIFY(!rig.link().run().PortOpen && !rig.link().RealTimeMonitor);
@@ -293,8 +298,8 @@ private slots:
         auto* busy = rig.find<QDialog>(u"InCOMDialog"_s);
         rig.engine().ShowBusyDialog();
         QVERIFY(busy->isVisible());
-        QCOMPARE(busy->windowTitle(), en(1804));
-        QCOMPARE(busy->findChild<QLabel*>(u"Label1"_s)->text(), en(1805));
+        QCOMPARE(busy->windowTitle(), en(Text::LinkComLabel));
+        QCOMPARE(busy->findChild<QLabel*>(u"Label1"_s)->text(), en(Text::LinkCommunicating));
         QVERIFY(!busy->close());
         QTest::keyClick(busy, Qt::Key_Escape);
         QVERIFY(busy->isVisible());
@@ -361,7 +366,7 @@ private slots:
         QVERIFY(rig.port()->isOpen() && rig.link().run().PortOpen);
         QVERIFY(rig.find<QPlainTextEdit>(u"TxtFindings"_s, dialog)
                     ->toPlainText()
-                    .endsWith(u"Problem: "_s + en(1957).arg(u"0", u"9600")));
+                    .endsWith(u"Problem: "_s + en(Text::CheckSilent).arg(u"0", u"9600")));
         rig.find<QPushButton>(u"CmdCheckSearch"_s, dialog)->click();
         QVERIFY(!dialog->isVisible());
         QVERIFY(rig.window->commSettings()->isVisible() && rig.link().run().Searching);
@@ -390,8 +395,8 @@ private slots:
         rig.find<QAction>(u"mnuHelpItem(2)"_s)->trigger();
         auto* alarms = rig.find<QTableWidget>(u"GrdAlarms"_s, help);
         QCOMPARE(alarms->rowCount(), 8);
-        QCOMPARE(alarms->item(4, 0)->text(), ja(1158));
-        QCOMPARE(alarms->item(4, 2)->text(), ja(1174));
+        QCOMPARE(alarms->item(4, 0)->text(), ja(Text::AlarmName05OverCurrent));
+        QCOMPARE(alarms->item(4, 2)->text(), ja(Text::AlarmRemedyOverCurrent));
         QVERIFY(!rig.find<QLabel>(u"LblReadMeNote"_s, help)->isHidden());
     }
 
@@ -409,4 +414,5 @@ private slots:
 };
 
 QTEST_MAIN(TestMainWindow)
+#include "core/shared/TextId.h"
 #include "tst_mainwindow.moc"

@@ -60,9 +60,10 @@ private slots:
         QCOMPARE(control(rig, u"Label3(6)"_s)->text(), u"[%]"_s);
         QCOMPARE(control(rig, u"LabelNumMon(12)"_s)->text(), QString());
         QCOMPARE(control(rig, u"LabelStatus(0)"_s)->text(), u": ON"_s);
-        QCOMPARE(control(rig, u"Label1(10)"_s)->text(), en(1412));
+        QCOMPARE(control(rig, u"Label1(10)"_s)->text(), en(Text::MonitorResoSel));
         // Read out with its value, not only its name.
-        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), en(1418) + u": -10"_s);
+        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(),
+                 en(Text::MonitorNowPosition) + u": -10"_s);
         // The status bar follows too, merged like the window.
         QTRY_COMPARE(rig.find<QLabel>(u"LblSVON"_s)->palette().color(QPalette::Window),
                      QColor(QRgb(monitorcolour::Green)));
@@ -79,8 +80,10 @@ private slots:
 
         // Relabelled at run time, values kept.
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
-        QCOMPARE(control<QPushButton>(rig, u"CmdTrqPeakReset"_s)->text(), ja(1431));
-        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(), ja(1418) + u": 3"_s);
+        QCOMPARE(control<QPushButton>(rig, u"CmdTrqPeakReset"_s)->text(),
+                 ja(Text::MonitorTorquePeakReset));
+        QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->accessibleName(),
+                 ja(Text::MonitorNowPosition) + u": 3"_s);
         QCOMPARE(control(rig, u"LabelNumMon(0)"_s)->text(), u"3"_s);
     }
 
@@ -176,4 +179,5 @@ private slots:
 };
 
 QTEST_MAIN(TestNumMonitor)
+#include "core/shared/TextId.h"
 #include "tst_nummonitor.moc"

@@ -95,7 +95,7 @@ private slots:
         rig.link().NonVolatileWrite[1] = !storedRamOnly;
         rig.open();
         QCOMPARE(rig.writeChoice(1)->currentIndex(), shownIndex);
-        QCOMPARE(rig.writeChoice(1)->itemText(0), en(1904));
+        QCOMPARE(rig.writeChoice(1)->itemText(0), en(Text::OptionsRamOnly));
         rig.writeChoice(1)->setCurrentIndex(0);  // the user picks "RAM Only"
         rig.ok();
         QCOMPARE(rig.link().NonVolatileWrite[1], nonVolatileAfterOk);
@@ -146,7 +146,7 @@ private slots:
         auto* frame = rig.control<QGroupBox>(u"Frame1"_s);
         QVERIFY(!frame->isVisible());
         QVERIFY(rig.dialog->height() < 6585 / 15);
-        QCOMPARE(frame->title(), en(1900));
+        QCOMPARE(frame->title(), en(Text::OptionsNonVolatileMemoryWrite));
         QCOMPARE(rig.control<QLabel>(u"LblDataKind(2)"_s)->buddy(), rig.writeChoice(2));
         const int compactHeight = rig.dialog->height();
 
@@ -170,8 +170,8 @@ private slots:
         };
         QCOMPARE(label("LblVer"), u"1.06"_s);
         QCOMPARE(label("LblOrvixK7Ver"), u"0.00"_s);
-        QCOMPARE(label("Label2"), en(1650));
-        QCOMPARE(version->windowTitle(), en(1059));
+        QCOMPARE(label("Label2"), en(Text::VersionPcSoftware));
+        QCOMPARE(version->windowTitle(), en(Text::CaptionVersion));
         version->findChild<QPushButton*>(u"CmdOk"_s)->click();
         QVERIFY(!version->isVisible());
 
@@ -179,11 +179,12 @@ private slots:
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
         item->trigger();
         QCOMPARE(label("LblOrvixK7Ver"), u"1.12"_s);
-        QCOMPARE(label("Label5"), ja(1652));
-        QCOMPARE(version->windowTitle(), ja(1059));
+        QCOMPARE(label("Label5"), ja(Text::VersionDriveSoftware));
+        QCOMPARE(version->windowTitle(), ja(Text::CaptionVersion));
         QCOMPARE(VersionDialog::formatVersion(5), u"0.05"_s);
     }
 };
 
 QTEST_MAIN(TestOptionDialogs)
+#include "core/shared/TextId.h"
 #include "tst_optiondialogs.moc"

@@ -75,17 +75,19 @@ private slots:
         for (int n = 0; n < 60; ++n) {
             const auto* label = rig.find<QLabel>(u"Label1(%1)"_s.arg(n), rig.prm());
             QVERIFY2(label && label->buddy() == rig.box(n), qPrintable(boxName(n)));
-            QCOMPARE(label->text(), ParamCatalogue::label(0, n));
+            QCOMPARE(label->text(), ParamCatalogue::label(Language::English, n));
         }
         QVERIFY(rig.find(u"Label2(35)"_s, rig.prm()) && !rig.find(u"Label2(36)"_s, rig.prm()));
         QCOMPARE(rig.box(17)->text(), u"0"_s);
         for (int i = 0; i < 4; ++i)
-            QCOMPARE(rig.button(i)->text(), en(1561 + i));
+            QCOMPARE(rig.button(i)->text(),
+                     TextCatalogue::text(Language::English, Text::ParamWriteFile, i));
 
         rig.window->findChild<QAction*>(u"mnuSystemLang(1)"_s)->trigger();
-        QCOMPARE(rig.prm()->windowTitle(), ja(1058));
-        QCOMPARE(rig.find<QLabel>(u"Label1(2)"_s, rig.prm())->text(), ja(1502));
-        QCOMPARE(rig.button(3)->text(), ja(1564));
+        QCOMPARE(rig.prm()->windowTitle(), ja(Text::CaptionParameter));
+        QCOMPARE(rig.find<QLabel>(u"Label1(2)"_s, rig.prm())->text(),
+                 ja(Text::Param02Resolution0Num));
+        QCOMPARE(rig.button(3)->text(), ja(Text::ParamReadServo));
     }
 
     // What the table windows have, and a filter: the marks follow an edit, the filter keeps
@@ -96,10 +98,13 @@ private slots:
         auto* tabs = rig.prm()->findChild<QTabWidget*>(u"SSTabPrm"_s);
         rig.type(17, u"5"_s);
         QVERIFY(tabs->tabText(1).endsWith(u"\u25CF"_s) && !tabs->tabText(0).endsWith(u"\u25CF"_s));
-        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, rig.prm())->text(), en(1565) + u"1"_s);
-        QCOMPARE(rig.box(20)->toolTip(), ParamCatalogue::label(0, 20) + u"\n"_s +
-                                             en(1566).arg(0).arg(2) + u"\n"_s + en(1567));
-        QVERIFY(rig.box(17)->toolTip().endsWith(en(1566).arg(0).arg(99999) + u" (Pulse)"_s));
+        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, rig.prm())->text(),
+                 en(Text::ParamParametersMarkedWriting) + u"1"_s);
+        QCOMPARE(rig.box(20)->toolTip(), ParamCatalogue::label(Language::English, 20) + u"\n"_s +
+                                             en(Text::ParamRange).arg(0).arg(2) + u"\n"_s +
+                                             en(Text::ParamTakesEffectAfterDrive));
+        QVERIFY(rig.box(17)->toolTip().endsWith(en(Text::ParamRange).arg(0).arg(99999) +
+                                                u" (Pulse)"_s));
 
         const auto shown = [&rig] {
             QList<int> numbers;
@@ -130,7 +135,7 @@ private slots:
         });
         poll->start(5);
         rig.prm()->Command_Click(PrmTblWindow::WriteFile);
-        QCOMPARE(rig.prm()->windowTitle(), en(1058) + u" - axis.prm"_s);
+        QCOMPARE(rig.prm()->windowTitle(), en(Text::CaptionParameter) + u" - axis.prm"_s);
     }
 
     void commandModeAsksThenCouplesWithThePollingStopped() {
@@ -144,10 +149,10 @@ private slots:
         });
         rig.type(1, u"1"_s);
         QCOMPARE(rig.messages.size(), 2);
-        QCOMPARE(rig.messages[0].text, en(1738));
+        QCOMPARE(rig.messages[0].text, en(Text::MsgChangePrm45With));
         QCOMPARE(rig.messages[0].buttons, QMessageBox::Ok | QMessageBox::Cancel);
         QCOMPARE(rig.messages[0].icon, QMessageBox::Warning);
-        QVERIFY(rig.messages[1].text.startsWith(en(1740)));
+        QVERIFY(rig.messages[1].text.startsWith(en(Text::MsgParameter45ChangedBelow)));
         QCOMPARE(timerDuring, (QList<bool>{false, false}));
         QVERIFY(rig.engine().timer1Active());
         QCOMPARE(rig.box(45)->text(), u"953"_s);
@@ -164,7 +169,7 @@ private slots:
 
         // The edit is dropped only when the user agrees.
         QTest::mouseClick(rig.button(PrmTblWindow::ReadServo), Qt::LeftButton);
-        QCOMPARE(rig.messages.last().title, en(1784));
+        QCOMPARE(rig.messages.last().title, en(Text::MsgUnwrittenChanges));
         QCOMPARE(rig.messages.last().defaultButton, QMessageBox::No);
         rig.ticks(2);
         QVERIFY(!rig.sent().contains(u"0pa"_s) && rig.global.Params.ParamChanged[20]);
@@ -193,7 +198,7 @@ private slots:
         rig.port()->reply(write.left(3));
         QCOMPARE(baseOf(rig.box(20)), 0xFFFFFFu);
         QVERIFY(!rig.global.Params.ParamChanged[20]);
-        QVERIFY(rig.messages.last().text.startsWith(en(1710)));
+        QVERIFY(rig.messages.last().text.startsWith(en(Text::MsgParameterWriteFinished)));
         QCOMPARE(rig.messages.last().icon, QMessageBox::Warning);
     }
 
@@ -201,7 +206,7 @@ private slots:
         Rig rig({{"COMSetting/USB-RS232C", "True"}});
         rig.start();
         rig.type(43, u"3"_s);  // 57600 baud, beyond the USB adapter
-        QVERIFY(rig.messages.value(0).text.startsWith(en(1727)));
+        QVERIFY(rig.messages.value(0).text.startsWith(en(Text::MsgBaudRate57600bpsSelected)));
         QCOMPARE(rig.messages.value(0).defaultButton, QMessageBox::No);
     }
 
@@ -218,7 +223,8 @@ private slots:
         QTest::mouseRelease(writeFile, Qt::MiddleButton, Qt::ControlModifier | Qt::AltModifier);
         QVERIFY(sprm->isVisible());
         QCOMPARE(sprm->windowTitle(), u"SystemParameter"_s);
-        QCOMPARE(rig.find<QLabel>(u"Label1(9)"_s, sprm)->text(), ParamCatalogue::label(1, 69));
+        QCOMPARE(rig.find<QLabel>(u"Label1(9)"_s, sprm)->text(),
+                 ParamCatalogue::label(Language::Japanese, 69));
 
         QLineEdit* box69 = rig.box(9, sprm);
         rig.global.Params.ParamValue[69] = 0;
@@ -233,4 +239,5 @@ private slots:
 };
 
 QTEST_MAIN(TestPrmTbl)
+#include "core/shared/TextId.h"
 #include "tst_prmtbl.moc"

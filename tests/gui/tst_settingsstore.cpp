@@ -32,7 +32,7 @@ QMap<QString, QString> render(const Global& g, int retryTime) {
             {"COMSetting/PrmCnctSel", n(g.Prm1To45Connect)},
             {"COMSetting/AxisCngCtn", flag(g.AxisChangeCaution)},
             {"COMSetting/PrmCnctCtn", flag(g.ConnectCautionDialog)},
-            {"Language/Language", n(l.LanguageId)},
+            {"Language/Language", n(static_cast<int>(l.LanguageId))},
             {"WaveMonSettings/VelScale", n(w.VelScale)},
             {"WaveMonSettings/TqScale", n(w.TqScale)},
             {"WaveMonSettings/TimeScale", n(w.TimeScale)},
@@ -87,7 +87,7 @@ private slots:
         g.Link.PortNumber = 3;
         g.Link.AxisNumber = 15;
         g.Link.BaudRate = u"38400"_s;
-        g.Link.LanguageId = 1;
+        g.Link.LanguageId = Language::Japanese;
         g.Link.RealTimeMonitor = false;
         g.Link.NonVolatileWrite = {true, false, true};
         g.RetryTime = 750;

@@ -97,7 +97,8 @@ private slots:
         QCOMPARE(box(5, 40)->text(), u"65535"_s);
         QVERIFY(tabs->tabText(0).endsWith(u"\u25CF"_s) && !tabs->tabText(1).endsWith(u"\u25CF"_s));
         QVERIFY(tabs->tabBar()->rect().contains(tabs->tabBar()->tabRect(7)));  // still in sight
-        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(), en(1860) + u"2"_s);
+        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(),
+                 en(Text::TablePointsMarkedWriting) + u"2"_s);
         rig.link().NonVolatileWrite[1] = false;
         rig.click(window, u"Command(2)"_s);
         QVERIFY(rig.runUntil([&] { return rig.global.Points.changedCount() == 0; }));
@@ -117,10 +118,10 @@ private slots:
         rig.click(window, u"Command(1)"_s);
         QCOMPARE(baseOf(box(0, 10)), 0xFFC0C0u);
         const auto* marked = rig.find<QLabel>(u"LabelMarked"_s, window);
-        QCOMPARE(marked->text(), en(1860) + u"64"_s);
+        QCOMPARE(marked->text(), en(Text::TablePointsMarkedWriting) + u"64"_s);
         // The count line keeps one size whatever the count; the longest count still fits.
         QVERIFY(marked->width() >= marked->fontMetrics().horizontalAdvance(marked->text()));
-        QCOMPARE(window->windowTitle(), en(1057) + u" - table.tbl"_s);
+        QCOMPARE(window->windowTitle(), en(Text::CaptionPointTable) + u" - table.tbl"_s);
         rig.received.clear();
         rig.click(window, u"Command(2)"_s);
         QVERIFY(rig.runUntil([&] { return !rig.link().run().PointTransferActive; }));
@@ -135,7 +136,7 @@ private slots:
         other.close();
         answerFileDialog(other.fileName());
         rig.click(window, u"Command(1)"_s);
-        QCOMPARE(rig.messages.value(0).text, en(1734));
+        QCOMPARE(rig.messages.value(0).text, en(Text::MsgIdentificationError1734));
         QCOMPARE(box(2, 3)->text(), u"-1234"_s);
     }
 
@@ -175,7 +176,8 @@ private slots:
         QCOMPARE(box(25)->text(), u"15000"_s);
         QCOMPARE(baseOf(box(25)), 0xFF8080u);
         QCOMPARE(baseOf(box(24)), 0xFFFFFFu);
-        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(), en(1861) + u"2"_s);
+        QCOMPARE(rig.find<QLabel>(u"LabelMarked"_s, window)->text(),
+                 en(Text::TableCellsMarkedWriting) + u"2"_s);
         rig.click(window, u"Command(2)"_s);
         QVERIFY(rig.runUntil([&] { return !rig.link().run().ComTableTransferActive; }));
         QCOMPARE(rig.receivedWith(u"[VCQ][WT]"_s), (QStringList{u"0VW3;5DC"_s, u"0QW5;3A98"_s}));
@@ -189,7 +191,7 @@ private slots:
         answerFileDialog(path);
         rig.click(window, u"Command(1)"_s);
         QCOMPARE(baseOf(box(3)), 0xFFC0C0u);
-        QCOMPARE(window->windowTitle(), en(1053) + u" - table.sct"_s);
+        QCOMPARE(window->windowTitle(), en(Text::CaptionCommandTable) + u" - table.sct"_s);
         rig.received.clear();
         rig.click(window, u"Command(2)"_s);
         QVERIFY(rig.runUntil([&] { return !rig.link().run().ComTableTransferActive; }));
@@ -208,9 +210,9 @@ private slots:
         pointFrame->showNormal();
         comFrame->showNormal();
         auto* join = rig.find<QPushButton>(u"CmdJoin"_s, point);
-        QCOMPARE(join->text(), en(1462));
+        QCOMPARE(join->text(), en(Text::PointTableJoinComTable));
         QTest::mouseClick(join, Qt::LeftButton);
-        QCOMPARE(join->text(), en(1463));
+        QCOMPARE(join->text(), en(Text::PointTableSeparateTable));
         const auto docked = [&] {
             return comFrame->x() == pointFrame->x() + pointFrame->width() &&
                    comFrame->geometry().bottom() == pointFrame->geometry().bottom();
@@ -224,14 +226,16 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(docked() && pointFrame->x() < 700, 1000);
 
         rig.find<QAction>(u"mnuSystemLang(1)"_s)->trigger();
-        QCOMPARE(join->text(), ja(1463));
-        QCOMPARE(rig.find<QLabel>(u"LabelTitle(11)"_s, point)->text(), ja(1453));
-        QCOMPARE(rig.find<QLabel>(u"Label4"_s, com)->text(), ja(1252));
+        QCOMPARE(join->text(), ja(Text::PointTableSeparateTable));
+        QCOMPARE(rig.find<QLabel>(u"LabelTitle(11)"_s, point)->text(),
+                 ja(Text::PointTablePositionMoveCount));
+        QCOMPARE(rig.find<QLabel>(u"Label4"_s, com)->text(), ja(Text::ComTableATCMs));
         pointFrame->resize(pointFrame->size() + QSize(10, 0));
         QVERIFY(!rig.global.TablesJoined);
-        QCOMPARE(join->text(), ja(1462));
+        QCOMPARE(join->text(), ja(Text::PointTableJoinComTable));
     }
 };
 
 QTEST_MAIN(TestTableWindows)
+#include "core/shared/TextId.h"
 #include "tst_tablewindows.moc"

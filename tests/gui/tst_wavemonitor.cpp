@@ -125,7 +125,7 @@ private slots:
         const QRect settings = control(rig, u"PictEnable"_s)->geometry();
         QTest::mouseClick(run, Qt::LeftButton);
         QVERIFY(runUntil(rig, [&] { return rig.link().run().Wave == WaveState::Armed; }));
-        QCOMPARE(status->text(), en(1338));
+        QCOMPARE(status->text(), en(Text::WaveTriggerWaiting));
         QCOMPARE(control(rig, u"PictEnable"_s)->geometry(), settings);  // nothing squeezed
         QVERIFY(!control(rig, u"PictEnable"_s)->isEnabled());
         QVERIFY(!rig.find<QPushButton>(u"LabelRtMon(0)"_s)->isEnabled());
@@ -181,10 +181,10 @@ private slots:
         };
         rewrite(bytes.left(400));
         QVERIFY(!window->readFile(path));
-        QVERIFY(rig.messages.last().text.startsWith(en(1724)));
+        QVERIFY(rig.messages.last().text.startsWith(en(Text::MsgFileAccessError)));
         rewrite(bytes.toLower());
         QVERIFY(!window->readFile(path));
-        QCOMPARE(rig.messages.last().text, en(1700));
+        QCOMPARE(rig.messages.last().text, en(Text::MsgIdentificationError));
         QVERIFY(store.WaveSamples[1] == now);
         rewrite(bytes);
         store.WaveSamples[1] = {};
@@ -252,4 +252,5 @@ private:
 };
 
 QTEST_MAIN(TestWaveMonitor)
+#include "core/shared/TextId.h"
 #include "tst_wavemonitor.moc"

@@ -38,7 +38,7 @@ QString TransferActivity::received(int expected) const {
 
 QString TransferActivity::text() const {
     const LinkState& s = engine_.state();
-    const int lang = s.LanguageId;
+    const Language lang = s.LanguageId;
     const QString drive = driverules::name(lang, driverules::currentDrive(engine_));
     // The chain's command may still wait for its slot.
     const QString command =
@@ -49,25 +49,29 @@ QString TransferActivity::text() const {
     const driverules::Unwritten now = driverules::unwritten(global_);
     if (s.run().ParamTransferActive) {
         if (!writing)
-            return TextCatalogue::text(lang, 1464).arg(drive) + received(ParamsReplyLength);
-        return TextCatalogue::text(lang, 1467)
+            return TextCatalogue::text(lang, Text::PointTableReadingParameters).arg(drive) +
+                   received(ParamsReplyLength);
+        return TextCatalogue::text(lang, Text::PointTableWritingParameter)
             .arg(params_.paramIndex(), 2, 10, QLatin1Char('0'))
             .arg(drive, position(total_.params, now.params));
     }
     if (s.run().PointTransferActive) {
         if (!writing)
-            return TextCatalogue::text(lang, 1465).arg(drive) + received(PointsReplyLength);
-        return TextCatalogue::text(lang, 1468)
+            return TextCatalogue::text(lang, Text::PointTableReadingPointTable).arg(drive) +
+                   received(PointsReplyLength);
+        return TextCatalogue::text(lang, Text::PointTableWritingPoint)
             .arg(global_.Points.PointTransferIndex)
             .arg(drive, position(total_.points, now.points));
     }
     if (s.run().ComTableTransferActive) {
         if (!writing)
-            return TextCatalogue::text(lang, 1466).arg(drive) + received(CommandsReplyLength);
+            return TextCatalogue::text(lang, Text::PointTableReadingCommandTable).arg(drive) +
+                   received(CommandsReplyLength);
         const int k = global_.Com.ComIndex;
-        const int heading = ComTables::column(k) == ComTables::Column::Atc      ? 1470
-                            : ComTables::column(k) == ComTables::Column::Torque ? 1471
-                                                                                : 1469;
+        const Text heading =
+            ComTables::column(k) == ComTables::Column::Atc      ? Text::PointTableWritingATCNo
+            : ComTables::column(k) == ComTables::Column::Torque ? Text::PointTableWritingTorqueNo
+                                                                : Text::PointTableWritingVelocityNo;
         return TextCatalogue::text(lang, heading)
             .arg(ComTables::number(k))
             .arg(drive, position(total_.commands, now.commands));

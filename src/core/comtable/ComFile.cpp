@@ -21,17 +21,17 @@ const QByteArray Identification = QByteArrayLiteral("Orvix-Servo v/a/t commands 
 const QByteArray LineEnd = QByteArrayLiteral("\r\n");
 
 // The column heading of a cell: " Velocity (rpm)", "  ATC  (ms)", "  Torque  (%x100)".
-int headingText(int k) {
+Text headingText(int k) {
     switch (ComTables::column(k)) {
         case ComTables::Column::Atc:
-            return 1252;
+            return Text::ComTableATCMs;
         case ComTables::Column::Torque:
-            return 1253;
+            return Text::ComTableTorqueX100;
         case ComTables::Column::Velocity:
         case ComTables::Column::None:
             break;
     }
-    return 1251;
+    return Text::ComTableVelocityRpm;
 }
 
 }  // namespace
@@ -59,10 +59,11 @@ ComFile::ReadResult ComFile::read(const QString& path) {
     if (path.isEmpty())
         return ReadResult::Ignored;
     BoundedLineReader file;
-    if (!tablefile::open(engine_, file, path, Identification, 1736, 1737))
+    if (!tablefile::open(engine_, file, path, Identification, Text::MsgIdentificationError1736,
+                         Text::MsgIdentificationErrorCaption1737))
         return ReadResult::Failed;
     ComEdit edit(tables_);
-    const int lang = engine_.state().LanguageId;
+    const Language lang = engine_.state().LanguageId;
     ClampReport clamped;
     for (int k = 0; k < ComTables::CellCount; ++k) {
         if (k == ComTables::NoCell)
@@ -77,7 +78,8 @@ ComFile::ReadResult ComFile::read(const QString& path) {
                                 std::numeric_limits<qint16>::max());
         if (!number) {
             // What was loaded before the broken line stays, with its marks.
-            tablefile::showError(engine_, 1724, 1725);
+            tablefile::showError(engine_, Text::MsgFileAccessError,
+                                 Text::MsgFileAccessErrorCaption);
             return ReadResult::Failed;
         }
         tables_.setValue(k, *number);

@@ -23,7 +23,7 @@ AdapterWatch::AdapterWatch(LinkEngine& engine, ConnectionMemory& memory, QObject
     connect(&engine_, &LinkEngine::portLost, this, &AdapterWatch::onPortLost);
 }
 
-QString AdapterWatch::text(int id) const {
+QString AdapterWatch::text(Text id) const {
     return TextCatalogue::text(engine_.state().LanguageId, id);
 }
 
@@ -43,7 +43,8 @@ void AdapterWatch::locate() {
     if (!adapter || adapter->systemLocation == configured)
         return;
     engine_.setDeviceOverride(adapter->systemLocation);
-    emit note(text(1963).arg(memory_.AdapterSerial, adapter->systemLocation, configured));
+    emit note(text(Text::CheckAdapterFoundOnInstead)
+                  .arg(memory_.AdapterSerial, adapter->systemLocation, configured));
 }
 
 void AdapterWatch::rememberOpenedAdapter() {
@@ -63,7 +64,7 @@ void AdapterWatch::onPortLost() {
         return;
     lostDevice_ = engine_.device();
     engine_.markPortClosed();
-    emit note(text(1961).arg(lostDevice_));
+    emit note(text(Text::CheckAdapterUnpluggedWaitingCome).arg(lostDevice_));
     recheck_.start();
 }
 
@@ -92,8 +93,10 @@ void AdapterWatch::recheck() {
         return;
     }
     recheck_.stop();
-    emit note(moved ? text(1963).arg(memory_.AdapterSerial, device, lostDevice_)
-                    : text(1962).arg(device));
+    emit note(
+        moved
+            ? text(Text::CheckAdapterFoundOnInstead).arg(memory_.AdapterSerial, device, lostDevice_)
+            : text(Text::CheckAdapterBackOnLink).arg(device));
     if (state.AxisNumber != wire::AllAxes)
         engine_.sendPoll();
 }

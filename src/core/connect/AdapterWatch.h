@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/connect/PortHint.h"
+#include "core/shared/TextId.h"
 
 #include <QObject>
 #include <QTimer>
@@ -44,7 +45,7 @@ private:
     void onPortLost();
     void recheck();
     [[nodiscard]] std::optional<PortHint> rememberedAdapter() const;
-    [[nodiscard]] QString text(int id) const;
+    [[nodiscard]] QString text(Text id) const;
 
     LinkEngine& engine_;
     ConnectionMemory& memory_;

@@ -4,6 +4,7 @@
 #include "core/link/PortNaming.h"
 #include "core/shared/Global.h"
 #include "core/shared/SettingsStore.h"
+#include "core/shared/TextId.h"
 
 #include <QTextStream>
 
@@ -27,16 +28,16 @@ int runCheckCommand(const SettingsStore& settings, const QString& device, bool s
 
     const QList<Finding> findings = ConnectionCheck().run(target);
     for (const Finding& finding : findings)
-        out << finding.line(0) << '\n';
+        out << finding.line(Language::English) << '\n';
     out.flush();
     if (search && ConnectionCheck::driveSilent(findings)) {
         const std::optional<LineSearchHit> hit = searchLine(target.device, s.UsbMode);
         const Finding found =
             hit ? Finding{Finding::Verdict::Note,
-                          1978,
+                          Text::CheckSearchDriveAnsweredOn,
                           {QString::number(hit->axis), QString::number(hit->baud)}}
-                : Finding{Finding::Verdict::Problem, 1979, {}};
-        out << found.line(0) << '\n';
+                : Finding{Finding::Verdict::Problem, Text::CheckSearchNoDriveAnswered, {}};
+        out << found.line(Language::English) << '\n';
         out.flush();
     }
     return ConnectionCheck::hasProblem(findings) ? 1 : 0;

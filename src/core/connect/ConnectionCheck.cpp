@@ -2,6 +2,7 @@
 
 #include "core/link/WireFormat.h"
 #include "core/shared/LinkState.h"
+#include "core/shared/TextId.h"
 
 namespace velora {
 
@@ -10,25 +11,25 @@ namespace {
 using Verdict = Finding::Verdict;
 
 // Text ids of the findings; each text carries its fix.
-constexpr int kExists = 1942;
-constexpr int kMissing = 1943;
-constexpr int kMayOpen = 1944;
-constexpr int kNotInGroup = 1945;
-constexpr int kGroupNotYetActive = 1946;
-constexpr int kNoAccess = 1947;
-constexpr int kNotBusy = 1948;
-constexpr int kBusy = 1949;
-constexpr int kStaleLock = 1950;
-constexpr int kLiveLock = 1951;
-constexpr int kBrltty = 1952;
-constexpr int kModemManager = 1953;
-constexpr int kLowLatencyOn = 1954;
-constexpr int kLowLatencyOff = 1955;
-constexpr int kAnswered = 1956;
-constexpr int kSilent = 1957;
-constexpr int kNotOpened = 1958;
-constexpr int kNotApplicable = 1960;
-constexpr int kHeldBySimulator = 1610;
+constexpr Text kExists = Text::CheckExists;
+constexpr Text kMissing = Text::CheckMissing;
+constexpr Text kMayOpen = Text::CheckMayOpen;
+constexpr Text kNotInGroup = Text::CheckNotInGroup;
+constexpr Text kGroupNotYetActive = Text::CheckGroupNotYetActive;
+constexpr Text kNoAccess = Text::CheckNoAccess;
+constexpr Text kNotBusy = Text::CheckNotBusy;
+constexpr Text kBusy = Text::CheckBusy;
+constexpr Text kStaleLock = Text::CheckStaleLock;
+constexpr Text kLiveLock = Text::CheckLiveLock;
+constexpr Text kBrltty = Text::CheckBrltty;
+constexpr Text kModemManager = Text::CheckModemManager;
+constexpr Text kLowLatencyOn = Text::CheckLowLatencyOn;
+constexpr Text kLowLatencyOff = Text::CheckLowLatencyOff;
+constexpr Text kAnswered = Text::CheckAnswered;
+constexpr Text kSilent = Text::CheckSilent;
+constexpr Text kNotOpened = Text::CheckNotOpened;
+constexpr Text kNotApplicable = Text::CheckNotApplicable;
+constexpr Text kHeldBySimulator = Text::StatusBarHeldBySimulator;
 
 // The simulator keeps its end of a pseudo-terminal open: on such a line it is the drive.
 bool isSimulator(const DeviceHolder& holder, const DeviceFacts& f) {
@@ -115,7 +116,7 @@ QList<Finding> ConnectionCheck::deviceFindings(const QString& device, const Devi
 }
 
 QString ConnectionCheck::openFailureAdvice(const QString& device, const DeviceFacts& facts,
-                                           int languageId) {
+                                           Language languageId) {
     // The first problem is the likely cause: a missing device before its rights, a lock before
     // a holder.
     for (const Finding& finding : ConnectionCheck::deviceFindings(device, facts)) {
@@ -125,7 +126,7 @@ QString ConnectionCheck::openFailureAdvice(const QString& device, const DeviceFa
     return QString();
 }
 
-QString ConnectionCheck::adviceForFailedOpen(const OpenResult& failed, int languageId) {
+QString ConnectionCheck::adviceForFailedOpen(const OpenResult& failed, Language languageId) {
     if (failed.error != OpenError::Port)
         return QString();
     return openFailureAdvice(failed.device, gatherDeviceFacts(failed.device), languageId);

@@ -3,6 +3,7 @@
 #include "core/connect/DeviceFacts.h"
 #include "core/connect/Finding.h"
 #include "core/connect/LineTest.h"
+#include "core/shared/Language.h"
 
 #include <QList>
 
@@ -40,10 +41,10 @@ public:
     // and the command, the lock file left behind and how to remove it, or the process holding
     // the device. Empty when the facts suggest nothing.
     [[nodiscard]] static QString openFailureAdvice(const QString& device, const DeviceFacts& facts,
-                                                   int languageId);
+                                                   Language languageId);
     // That line for a port that would not open, from the facts of this system; empty when the
     // opening failed otherwise (the port opened but refused its settings).
-    [[nodiscard]] static QString adviceForFailedOpen(const OpenResult& failed, int languageId);
+    [[nodiscard]] static QString adviceForFailedOpen(const OpenResult& failed, Language languageId);
     // The findings of a line test.
     [[nodiscard]] static QList<Finding> lineFindings(const CheckTarget& target,
                                                      const LineTestResult& result,

@@ -4,27 +4,27 @@
 
 namespace velora {
 
-QString Finding::text(int languageId) const {
+QString Finding::text(Language languageId) const {
     QString result = TextCatalogue::text(languageId, textId);
     for (const QString& arg : args)
         result = result.arg(arg);
     return result;
 }
 
-QString Finding::line(int languageId) const {
-    int verdictId = 1973;
+QString Finding::line(Language languageId) const {
+    Text verdictId = Text::CheckVerdictOk;
     switch (verdict) {
         case Verdict::Ok:
-            verdictId = 1973;
+            verdictId = Text::CheckVerdictOk;
             break;
         case Verdict::Problem:
-            verdictId = 1974;
+            verdictId = Text::CheckVerdictProblem;
             break;
         case Verdict::Note:
-            verdictId = 1975;
+            verdictId = Text::CheckVerdictNote;
             break;
         case Verdict::Skipped:
-            verdictId = 1976;
+            verdictId = Text::CheckVerdictSkipped;
             break;
     }
     return TextCatalogue::text(languageId, verdictId) + QStringLiteral(": ") + text(languageId);

@@ -3,6 +3,9 @@
 #include <QString>
 #include <QStringList>
 
+#include "core/shared/Language.h"
+#include "core/shared/TextId.h"
+
 namespace velora {
 
 // One line of the connection check: its verdict, and a catalogue text with its arguments, so
@@ -11,13 +14,13 @@ struct Finding {
     enum class Verdict { Ok, Problem, Note, Skipped };
 
     Verdict verdict = Verdict::Ok;
-    int textId = 0;
+    Text textId{};
     QStringList args;
 
     // "Problem: ..." in the language; the text carries its own fix.
-    [[nodiscard]] QString line(int languageId) const;
+    [[nodiscard]] QString line(Language languageId) const;
     // The text alone, without the verdict.
-    [[nodiscard]] QString text(int languageId) const;
+    [[nodiscard]] QString text(Language languageId) const;
 };
 
 }  // namespace velora

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QtGlobal>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 class LinkEngine;
@@ -18,7 +20,7 @@ public:
     // `what` names the value as the window shows it ("Parameter No. 10", "Point5 Vel. Select").
     void add(const QString& what, qint64 inFile, qint64 taken);
     [[nodiscard]] int count() const { return count_; }
-    [[nodiscard]] QString text(int languageId) const;
+    [[nodiscard]] QString text(Language languageId) const;
     // The one message, through the link's modal messages; nothing when no value was changed.
     void show(LinkEngine& engine) const;
 

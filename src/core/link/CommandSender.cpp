@@ -73,8 +73,8 @@ bool CommandSender::reachable() const {
     const LinkSupervision& run = s.run();
     if (s.Online && run.PortOpen)
         return true;
-    engine_.showError(TextCatalogue::text(s.LanguageId, 1820),
-                      TextCatalogue::text(s.LanguageId, 1705));
+    engine_.showError(TextCatalogue::text(s.LanguageId, Text::LinkNotSentVeloraOffline),
+                      TextCatalogue::text(s.LanguageId, Text::MsgCommunicationFailureCaption));
     return false;
 }
 
@@ -130,7 +130,8 @@ void CommandSender::communicationFailure() {
     if (run.BusyDialogShown)
         engine_.HideDialog();
     const bool retry =
-        engine_.askRetry(linkfailure::noAnswer(engine_), TextCatalogue::text(s.LanguageId, 1705));
+        engine_.askRetry(linkfailure::noAnswer(engine_),
+                         TextCatalogue::text(s.LanguageId, Text::MsgCommunicationFailureCaption));
     if (retry) {
         run.RetryCount = 0;
         run.TickCount = 0;
@@ -175,10 +176,12 @@ void CommandSender::refuse(const QString& text, wire::TextCheck why) {
     }
     const QString detail =
         QStringLiteral("%1\n(%2 / %3)").arg(shown).arg(text.size()).arg(wire::MaxCommandLength);
-    const int advice = why == wire::TextCheck::TooLong ? 1845 : 1846;
-    engine_.showError(TextCatalogue::text(s.LanguageId, 1800) + QLatin1Char('\n') + detail +
-                          QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, advice),
-                      TextCatalogue::text(s.LanguageId, 1799));
+    const Text advice = why == wire::TextCheck::TooLong ? Text::LinkCommandHoldsMost30
+                                                        : Text::LinkTextHoldsCharacterCannot;
+    engine_.showError(TextCatalogue::text(s.LanguageId, Text::LinkIllegalCommandString) +
+                          QLatin1Char('\n') + detail + QStringLiteral("\n\n") +
+                          TextCatalogue::text(s.LanguageId, advice),
+                      TextCatalogue::text(s.LanguageId, Text::MsgCommErrorCaption));
 }
 
 }  // namespace velora

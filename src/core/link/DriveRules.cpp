@@ -18,9 +18,9 @@ int countOf(const Marks& marks) {
 }
 
 // "1 parameter" or "3 parameters": the singular text, else the plural with the number.
-QString counted(int languageId, int count, int singular) {
+QString counted(Language languageId, int count, Text singular) {
     return count == 1 ? TextCatalogue::text(languageId, singular)
-                      : TextCatalogue::text(languageId, singular + 1).arg(count);
+                      : TextCatalogue::text(languageId, singular, 1).arg(count);
 }
 
 }  // namespace
@@ -34,14 +34,14 @@ DriveId connectedDrive(const LinkEngine& engine) {
     return s.Online && s.run().PortOpen ? currentDrive(engine) : DriveId{};
 }
 
-QString name(int languageId, const DriveId& drive) {
+QString name(Language languageId, const DriveId& drive) {
     if (!drive.known())
-        return TextCatalogue::text(languageId, 1772);
-    return TextCatalogue::text(languageId, 1771).arg(drive.axis).arg(drive.device);
+        return TextCatalogue::text(languageId, Text::MsgNoneNotReadDrive);
+    return TextCatalogue::text(languageId, Text::MsgAxis).arg(drive.axis).arg(drive.device);
 }
 
-QString originLine(int languageId, const DriveId& origin) {
-    return TextCatalogue::text(languageId, 1770).arg(name(languageId, origin));
+QString originLine(Language languageId, const DriveId& origin) {
+    return TextCatalogue::text(languageId, Text::MsgDrive).arg(name(languageId, origin));
 }
 
 const DriveId& origin(const Global& global, Table table) {
@@ -62,8 +62,9 @@ std::optional<QString> writeQuestion(const Global& global, const LinkEngine& eng
     // A file loaded offline belongs to no drive: writing it is what loading it was for.
     if (!from.known() || from == to)
         return std::nullopt;
-    const int lang = engine.state().LanguageId;
-    return TextCatalogue::text(lang, 1773).arg(name(lang, from), name(lang, to));
+    const Language lang = engine.state().LanguageId;
+    return TextCatalogue::text(lang, Text::MsgTheseValuesWereRead)
+        .arg(name(lang, from), name(lang, to));
 }
 
 Unwritten unwritten(const Global& global, std::optional<Table> only) {
@@ -77,16 +78,18 @@ Unwritten unwritten(const Global& global, std::optional<Table> only) {
     return marked;
 }
 
-QString discardQuestion(int languageId, const Unwritten& marked) {
+QString discardQuestion(Language languageId, const Unwritten& marked) {
     QStringList parts;
     if (marked.params > 0)
-        parts << counted(languageId, marked.params, 1775);
+        parts << counted(languageId, marked.params, Text::Msg1Parameter);
     if (marked.points > 0)
-        parts << counted(languageId, marked.points, 1777);
+        parts << counted(languageId, marked.points, Text::Msg1Point);
     if (marked.commands > 0)
-        parts << counted(languageId, marked.commands, 1779);
-    const QString joined = parts.join(TextCatalogue::text(languageId, 1781));
-    return TextCatalogue::text(languageId, marked.total() == 1 ? 1782 : 1783).arg(joined);
+        parts << counted(languageId, marked.commands, Text::Msg1CommandTableEntry);
+    const QString joined = parts.join(TextCatalogue::text(languageId, Text::MsgAnd));
+    return TextCatalogue::text(languageId, marked.total() == 1 ? Text::MsgNotWrittenDriveDiscard
+                                                               : Text::MsgAreNotWrittenDrive)
+        .arg(joined);
 }
 
 }  // namespace velora::driverules

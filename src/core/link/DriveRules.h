@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/shared/DriveId.h"
+#include "core/shared/Language.h"
 
 #include <QString>
 
@@ -26,9 +27,9 @@ enum class Table { Params, Points, Commands };
 [[nodiscard]] DriveId connectedDrive(const LinkEngine& engine);
 
 // "axis 0 (/dev/ttyS0)", or the words for no drive.
-[[nodiscard]] QString name(int languageId, const DriveId& drive);
+[[nodiscard]] QString name(Language languageId, const DriveId& drive);
 // The line a table window shows: "Drive: axis 0 (/dev/ttyS0)".
-[[nodiscard]] QString originLine(int languageId, const DriveId& origin);
+[[nodiscard]] QString originLine(Language languageId, const DriveId& origin);
 
 [[nodiscard]] const DriveId& origin(const Global& global, Table table);
 // The question before writing `table` to the drive of the moment, naming both drives; none
@@ -46,7 +47,7 @@ struct Unwritten {
 // What is marked in every table, or only in `only`.
 [[nodiscard]] Unwritten unwritten(const Global& global, std::optional<Table> only = std::nullopt);
 // "3 parameters and 2 points are not written to the drive. Discard them?"
-[[nodiscard]] QString discardQuestion(int languageId, const Unwritten& marked);
+[[nodiscard]] QString discardQuestion(Language languageId, const Unwritten& marked);
 
 }  // namespace driverules
 

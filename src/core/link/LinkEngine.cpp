@@ -54,9 +54,10 @@ void LinkEngine::start(int pollIntervalMs) {
         if (!opened.ok) {
             // The USB adapter fails silently; either way the main window offers the settings.
             if (transport_ && transport_->backEnd() == BackEnd::Rs232) {
-                showError(TextCatalogue::text(state_.LanguageId, 1702) + QLatin1Char('\n') +
-                              opened.device + QStringLiteral(": ") + opened.reason,
-                          TextCatalogue::text(state_.LanguageId, 1703));
+                showError(TextCatalogue::text(state_.LanguageId, Text::MsgCannotOpenPort) +
+                              QLatin1Char('\n') + opened.device + QStringLiteral(": ") +
+                              opened.reason,
+                          TextCatalogue::text(state_.LanguageId, Text::MsgCannotOpenPortCaption));
             }
             state_.PortNumber = 1;
             return;
@@ -126,9 +127,9 @@ void LinkEngine::endOfTransmission() {
     if (transport_)
         transport_->transmissionDone();
     if (wire::isBroadcast(run_.LastCommand, state_.AxisNumber)) {
-        showNotice(TextCatalogue::text(state_.LanguageId, 1716) + QLatin1Char('\n') +
-                       TextCatalogue::text(state_.LanguageId, 1717),
-                   TextCatalogue::text(state_.LanguageId, 1718));
+        showNotice(TextCatalogue::text(state_.LanguageId, Text::MsgAllAxisCommandSent) +
+                       QLatin1Char('\n') + TextCatalogue::text(state_.LanguageId, Text::MsgNoReply),
+                   TextCatalogue::text(state_.LanguageId, Text::MsgCommandSent));
     }
 }
 

@@ -9,10 +9,10 @@ namespace velora::linkfailure {
 namespace {
 
 // The catalogue's word for the failure, then the detail, then after a blank line the advice.
-QString message(const LinkEngine& engine, const QString& detail, int advice) {
-    const int lang = engine.state().LanguageId;
-    return TextCatalogue::text(lang, 1704) + QLatin1Char('\n') + detail + QStringLiteral("\n\n") +
-           TextCatalogue::text(lang, advice);
+QString message(const LinkEngine& engine, const QString& detail, Text advice) {
+    const Language lang = engine.state().LanguageId;
+    return TextCatalogue::text(lang, Text::MsgCommunicationFailure) + QLatin1Char('\n') + detail +
+           QStringLiteral("\n\n") + TextCatalogue::text(lang, advice);
 }
 
 }  // namespace
@@ -23,7 +23,7 @@ QString request(const LinkEngine& engine) {
 
 QString noAnswerDetail(const LinkEngine& engine) {
     const LinkState& s = engine.state();
-    return TextCatalogue::text(s.LanguageId, 1741)
+    return TextCatalogue::text(s.LanguageId, Text::MsgNoAnswerAfterResends)
         .arg(request(engine))
         .arg(s.AxisNumber)
         .arg(s.BaudRate, engine.device())
@@ -31,7 +31,7 @@ QString noAnswerDetail(const LinkEngine& engine) {
 }
 
 QString noAnswer(const LinkEngine& engine) {
-    return message(engine, noAnswerDetail(engine), 1743);
+    return message(engine, noAnswerDetail(engine), Text::MsgNoAnswerAdvice);
 }
 
 QString unreadableReply(const LinkEngine& engine, const QString& reply) {
@@ -39,11 +39,11 @@ QString unreadableReply(const LinkEngine& engine, const QString& reply) {
     // Enough of a long reply to recognise it; the trace holds all of it.
     constexpr int Shown = 40;
     const QString shown = reply.size() > Shown ? reply.left(Shown) + QStringLiteral("...") : reply;
-    const QString detail = TextCatalogue::text(s.LanguageId, 1742)
+    const QString detail = TextCatalogue::text(s.LanguageId, Text::MsgReplyUnreadable)
                                .arg(request(engine))
                                .arg(s.AxisNumber)
                                .arg(s.BaudRate, engine.device(), shown);
-    return message(engine, detail, 1744);
+    return message(engine, detail, Text::MsgGarbledReplyAdvice);
 }
 
 }  // namespace velora::linkfailure

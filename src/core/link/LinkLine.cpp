@@ -5,23 +5,27 @@
 
 namespace velora::linkline {
 
-QString statusText(int languageId, const LinkState& link, const QString& device,
+QString statusText(Language languageId, const LinkState& link, const QString& device,
                    const QString& simulatedDevice) {
     if (!link.Online)
-        return TextCatalogue::text(languageId, 1606);
-    QString name =
-        simulatedDevice.isEmpty() ? device : TextCatalogue::text(languageId, 1605).arg(device);
+        return TextCatalogue::text(languageId, Text::StatusBarOffline);
+    QString name = simulatedDevice.isEmpty()
+                       ? device
+                       : TextCatalogue::text(languageId, Text::StatusBarSimulatedDrive).arg(device);
     if (!link.run().PortOpen)
-        name = TextCatalogue::text(languageId, 1607).arg(name);
-    return TextCatalogue::text(languageId, 1604).arg(name, link.BaudRate).arg(link.AxisNumber);
+        name = TextCatalogue::text(languageId, Text::StatusBarNotOpen).arg(name);
+    return TextCatalogue::text(languageId, Text::StatusBarPortAxis)
+        .arg(name, link.BaudRate)
+        .arg(link.AxisNumber);
 }
 
-QString captionPart(int languageId, const QString& deviceOverride, const QString& simulatedDevice) {
+QString captionPart(Language languageId, const QString& deviceOverride,
+                    const QString& simulatedDevice) {
     // Nobody should mistake the simulated drive for a real one.
     if (!simulatedDevice.isEmpty())
-        return TextCatalogue::text(languageId, 1608).arg(simulatedDevice);
+        return TextCatalogue::text(languageId, Text::StatusBarSimulatedSuffix).arg(simulatedDevice);
     if (!deviceOverride.isEmpty())
-        return TextCatalogue::text(languageId, 1609).arg(deviceOverride);
+        return TextCatalogue::text(languageId, Text::StatusBarDeviceSuffix).arg(deviceOverride);
     return {};
 }
 

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 struct LinkState;
@@ -12,12 +14,12 @@ namespace linkline {
 
 // The device, the rate and the axis; "Offline" when offline; the device marked as not open when
 // it could not be opened. A simulated drive is named as such.
-[[nodiscard]] QString statusText(int languageId, const LinkState& link, const QString& device,
+[[nodiscard]] QString statusText(Language languageId, const LinkState& link, const QString& device,
                                  const QString& simulatedDevice);
 
 // " — simulated drive (path)" or " — device" when the command line chose the device; empty
 // when the port number chose it.
-[[nodiscard]] QString captionPart(int languageId, const QString& deviceOverride,
+[[nodiscard]] QString captionPart(Language languageId, const QString& deviceOverride,
                                   const QString& simulatedDevice);
 
 }  // namespace linkline

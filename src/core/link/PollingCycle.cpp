@@ -73,15 +73,16 @@ void PollingCycle::showWaveProgress() {
     const QByteArray& partial = s.ReceiveBuffer;
     if (partial.mid(transport->codeOffset(), 2) != "wd")
         return;
-    ui.showWaveProgress(TextCatalogue::text(s.LanguageId, 1340),
+    ui.showWaveProgress(TextCatalogue::text(s.LanguageId, Text::WaveWaveDataReceiving),
                         waveProgressMarks(static_cast<int>(partial.size()), s.LanguageId));
     run.Wave = WaveState::ReceivingRecord;
     engine_.EnableControls(false);
     ui.setWaveCancelEnabled(false);
 }
 
-QString PollingCycle::waveProgressMarks(int receivedLength, int languageId) {
-    const QString mark = languageId == 0 ? QStringLiteral("##") : QStringLiteral("\u25A0");
+QString PollingCycle::waveProgressMarks(int receivedLength, Language languageId) {
+    const QString mark =
+        languageId == Language::English ? QStringLiteral("##") : QStringLiteral("\u25A0");
     const auto count = roundHalfEven(receivedLength / kCharactersPerMark) + 1;
     return mark.repeated(static_cast<int>(count));
 }

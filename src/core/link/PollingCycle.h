@@ -3,6 +3,8 @@
 #include <QString>
 #include <Qt>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 class LinkEngine;
@@ -20,7 +22,7 @@ public:
     void echoSwitch(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
     // The progress marks for a wave record of the given length so far.
-    [[nodiscard]] static QString waveProgressMarks(int receivedLength, int languageId);
+    [[nodiscard]] static QString waveProgressMarks(int receivedLength, Language languageId);
 
     // Slot polls without any reply before the link counts as lost.
     static constexpr int MaxMissedPolls = 3;

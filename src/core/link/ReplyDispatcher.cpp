@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace velora {
 
@@ -94,28 +95,30 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
     LinkState& s = engine_.state();
     LinkSupervision& run = engine_.supervision();
     const int errorClass = text.size() > 3 ? text.at(3).digitValue() : -1;
-    const int lang = s.LanguageId;
+    const Language lang = s.LanguageId;
     QString message;
     switch (errorClass) {
         case 0:
-            message = TextCatalogue::text(lang, 1800);
+            message = TextCatalogue::text(lang, Text::LinkIllegalCommandString);
             break;
         case 1:
-            message = TextCatalogue::text(lang, 1801);
+            message = TextCatalogue::text(lang, Text::LinkIllegalData);
             break;
         case 2:
-            message = TextCatalogue::text(lang, 1802) + QStringLiteral("\n\n") +
-                      TextCatalogue::text(lang, 1811);
+            message = TextCatalogue::text(lang, Text::LinkInputMethodError) +
+                      QStringLiteral("\n\n") +
+                      TextCatalogue::text(lang, Text::LinkCheckParameter45);
             break;
         case 3:
-            message = TextCatalogue::text(lang, 1803) + ExecutionFailureDetail();
+            message = TextCatalogue::text(lang, Text::LinkCommandExecutionFailure) +
+                      ExecutionFailureDetail();
             break;
         default:
             break;
     }
     if (!message.isEmpty()) {
-        message =
-            TextCatalogue::text(lang, 1799) + QStringLiteral(" %1:\n").arg(errorClass) + message;
+        message = TextCatalogue::text(lang, Text::MsgCommErrorCaption) +
+                  QStringLiteral(" %1:\n").arg(errorClass) + message;
     }
     const bool pollRefused = wire::codeOf(run.LastCommand) == QLatin1String("ma");
     const bool refusedAgain = pollRefused && text == refusedPoll_;
@@ -125,10 +128,11 @@ void ReplyDispatcher::ErrorReply(const QString& text) {
         s.RealTimeMonitor = false;
         run.MonitorRunning = false;
         engine_.ui().showRealTimeMonitorOff();
-        message += QStringLiteral("\n\n") + TextCatalogue::text(lang, 1821);
+        message += QStringLiteral("\n\n") +
+                   TextCatalogue::text(lang, Text::LinkDriveRefusedMonitorRequest);
     }
     engine_.pauseTimer1();
-    engine_.showError(message, TextCatalogue::text(lang, 1799));
+    engine_.showError(message, TextCatalogue::text(lang, Text::MsgCommErrorCaption));
     run.ParamTransferActive = false;
     run.PointTransferActive = false;
     run.ComTableTransferActive = false;
@@ -154,29 +158,29 @@ QString ReplyDispatcher::ExecutionFailureDetail() const {
         QLatin1String("VO"), QLatin1String("VF"), QLatin1String("PJ"), QLatin1String("NJ"),
         QLatin1String("JF"), QLatin1String("S0"), QLatin1String("S1"), QLatin1String("S2"),
         QLatin1String("S3")};
-    int reason = 0;
+    std::optional<Text> reason;
     if (code == QLatin1String("SO")) {
         if (status.alarm()) {
-            reason = 1816;
+            reason = Text::LinkInAlarm;
         } else if (status.emergencyStop()) {
-            reason = 1812;
+            reason = Text::LinkInEmergencyStop;
         }
     } else if (std::find(motionCodes.begin(), motionCodes.end(), code) != motionCodes.end()) {
         if (!status.servoOn()) {
-            reason = 1813;
+            reason = Text::LinkInServoOff;
         } else if (status.pointTableRunning()) {
-            reason = 1814;
+            reason = Text::LinkPointTableRunning;
         }
     } else if (code == QLatin1String("TP")) {
         if (!status.zeroReturnFinished())
-            reason = 1815;
+            reason = Text::LinkZeroReturnNotFinished;
     } else if (code == QLatin1String("RT")) {
         if (status.servoOn())
-            reason = 1817;
+            reason = Text::LinkInServoOn;
     }
-    if (reason == 0)
+    if (!reason)
         return {};
-    return QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, reason);
+    return QStringLiteral("\n\n") + TextCatalogue::text(s.LanguageId, *reason);
 }
 
 void ReplyDispatcher::malformedReply(const QString& text) {
@@ -187,8 +191,9 @@ void ReplyDispatcher::malformedReply(const QString& text) {
     engine_.pauseTimer1();
     if (usb)
         transport->clearReceiveSpool();
-    const bool retry = engine_.askRetry(linkfailure::unreadableReply(engine_, text),
-                                        TextCatalogue::text(s.LanguageId, 1705));
+    const bool retry =
+        engine_.askRetry(linkfailure::unreadableReply(engine_, text),
+                         TextCatalogue::text(s.LanguageId, Text::MsgCommunicationFailureCaption));
     if (retry) {
         run.RetryCount = 0;
         run.TickCount = 0;

@@ -10,13 +10,13 @@ namespace velora::tablefile {
 
 namespace {
 
-constexpr int FailureText = 1724;
-constexpr int FailureCaption = 1725;
+constexpr Text FailureText = Text::MsgFileAccessError;
+constexpr Text FailureCaption = Text::MsgFileAccessErrorCaption;
 
 }  // namespace
 
-void showError(LinkEngine& engine, int text, int caption) {
-    const int lang = engine.state().LanguageId;
+void showError(LinkEngine& engine, Text text, Text caption) {
+    const Language lang = engine.state().LanguageId;
     engine.showError(TextCatalogue::text(lang, text), TextCatalogue::text(lang, caption));
 }
 
@@ -30,7 +30,7 @@ bool write(LinkEngine& engine, const QString& path, const QByteArray& content) {
 }
 
 bool open(LinkEngine& engine, BoundedLineReader& file, const QString& path,
-          const QByteArray& identification, int wrongText, int wrongCaption) {
+          const QByteArray& identification, Text wrongText, Text wrongCaption) {
     const std::optional<QByteArray> first =
         file.open(path) == BoundedLineReader::OpenResult::Ok ? file.next() : std::nullopt;
     if (!first) {

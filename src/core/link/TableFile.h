@@ -1,3 +1,5 @@
+
+#include "core/shared/TextId.h"
 #pragma once
 
 class QByteArray;
@@ -13,7 +15,7 @@ class LinkEngine;
 namespace tablefile {
 
 // Shows catalogue message `text` under catalogue caption `caption`, in the link's language.
-void showError(LinkEngine& engine, int text, int caption);
+void showError(LinkEngine& engine, Text text, Text caption);
 
 // Write File: an existing file is replaced only once the whole new one is on disk. Returns
 // false for an empty path (silently) or a failure (after the message).
@@ -22,7 +24,7 @@ bool write(LinkEngine& engine, const QString& path, const QByteArray& content);
 // Opens `path` and checks its first line against `identification`. Returns false after the
 // message: the read failure's, or `wrongText` under `wrongCaption` for another file's line.
 [[nodiscard]] bool open(LinkEngine& engine, BoundedLineReader& file, const QString& path,
-                        const QByteArray& identification, int wrongText, int wrongCaption);
+                        const QByteArray& identification, Text wrongText, Text wrongCaption);
 
 }  // namespace tablefile
 

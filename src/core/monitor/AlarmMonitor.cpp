@@ -94,52 +94,54 @@ void AlarmMonitor::historyClear() {
     engine_.PostCommand(engine_.axisPrefix() + kHistoryClear);
 }
 
-QString AlarmMonitor::alarmName(int number, int languageId) {
+QString AlarmMonitor::alarmName(int number, Language languageId) {
     switch (number) {
         case 1:
-            return TextCatalogue::text(languageId, 1154);
+            return TextCatalogue::text(languageId, Text::AlarmName01EepromError);
         case 2:
-            return TextCatalogue::text(languageId, 1155);
+            return TextCatalogue::text(languageId, Text::AlarmName02EncoderError);
         case 3:
-            return TextCatalogue::text(languageId, 1156);
+            return TextCatalogue::text(languageId, Text::AlarmName03SystemError);
         case 4:
-            return TextCatalogue::text(languageId, 1157);
+            return TextCatalogue::text(languageId, Text::AlarmName04OverDeviation);
         case 5:
-            return TextCatalogue::text(languageId, 1158);
+            return TextCatalogue::text(languageId, Text::AlarmName05OverCurrent);
         case 6:
-            return TextCatalogue::text(languageId, 1159);
+            return TextCatalogue::text(languageId, Text::AlarmName06OverHeat);
         case 7:
-            return TextCatalogue::text(languageId, 1160);
+            return TextCatalogue::text(languageId, Text::AlarmName07PowVoltageError);
         case 8:
-            return TextCatalogue::text(languageId, 1161);
+            return TextCatalogue::text(languageId, Text::AlarmName08CtrlVoltageError);
         default:
             return {};
     }
 }
 
-QString AlarmMonitor::alarmCause(int number, int languageId) {
+QString AlarmMonitor::alarmCause(int number, Language languageId) {
     return number >= 1 && number <= AlarmData::AlarmCount
-               ? TextCatalogue::text(languageId, 1161 + number)
+               ? TextCatalogue::text(languageId, Text::AlarmCauseEepromError, number - 1)
                : QString();
 }
 
-QString AlarmMonitor::alarmRemedy(int number, int languageId) {
+QString AlarmMonitor::alarmRemedy(int number, Language languageId) {
     return number >= 1 && number <= AlarmData::AlarmCount
-               ? TextCatalogue::text(languageId, 1169 + number)
+               ? TextCatalogue::text(languageId, Text::AlarmRemedyEepromError, number - 1)
                : QString();
 }
 
-QString AlarmMonitor::alarmAdvice(int number, int languageId) {
+QString AlarmMonitor::alarmAdvice(int number, Language languageId) {
     if (number < 1 || number > AlarmData::AlarmCount)
         return {};
-    const QString separator = languageId == 0 ? QStringLiteral(": ") : QStringLiteral("：");
-    return TextCatalogue::text(languageId, 1664) + separator + alarmCause(number, languageId) +
-           QLatin1Char('\n') + TextCatalogue::text(languageId, 1665) + separator +
+    const QString separator =
+        languageId == Language::English ? QStringLiteral(": ") : QStringLiteral("：");
+    return TextCatalogue::text(languageId, Text::HelpCause) + separator +
+           alarmCause(number, languageId) + QLatin1Char('\n') +
+           TextCatalogue::text(languageId, Text::HelpRemedy) + separator +
            alarmRemedy(number, languageId);
 }
 
 AlarmMonitor::HistoryCaptions AlarmMonitor::historyCaptions(const AlarmData& alarms,
-                                                            int languageId) {
+                                                            Language languageId) {
     HistoryCaptions captions;
     for (size_t i = 0; i < captions.size(); ++i)
         captions[i] = alarmName(alarms.AlarmHistory[i], languageId);

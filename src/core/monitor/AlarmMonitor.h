@@ -2,6 +2,7 @@
 
 #include "core/link/ReplyDispatcher.h"
 #include "core/shared/AlarmData.h"
+#include "core/shared/Language.h"
 
 #include <QObject>
 #include <QString>
@@ -40,14 +41,15 @@ public:
     // hex or a history entry is not an alarm number 0..8. Missing characters read as zeros.
     [[nodiscard]] static std::optional<AlarmData> decode(const QString& reply);
     // The name of alarm 1..8 ("01：EEPROM Error", ...), empty for any other number.
-    [[nodiscard]] static QString alarmName(int number, int languageId);
+    [[nodiscard]] static QString alarmName(int number, Language languageId);
     // The likely cause of alarm 1..8 and what to do, empty for any other number.
-    [[nodiscard]] static QString alarmCause(int number, int languageId);
-    [[nodiscard]] static QString alarmRemedy(int number, int languageId);
+    [[nodiscard]] static QString alarmCause(int number, Language languageId);
+    [[nodiscard]] static QString alarmRemedy(int number, Language languageId);
     // Both as the lines "Cause: ..." and "Remedy: ...".
-    [[nodiscard]] static QString alarmAdvice(int number, int languageId);
+    [[nodiscard]] static QString alarmAdvice(int number, Language languageId);
     // The history labels: the name of each entry's alarm, empty for empty entries.
-    [[nodiscard]] static HistoryCaptions historyCaptions(const AlarmData& alarms, int languageId);
+    [[nodiscard]] static HistoryCaptions historyCaptions(const AlarmData& alarms,
+                                                         Language languageId);
 
 signals:
     // A new alarm data reply was stored: the now-alarm lamps and the history labels follow it.

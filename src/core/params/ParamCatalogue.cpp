@@ -245,12 +245,12 @@ ParamCatalogue::Unit ParamCatalogue::unit(int n) {
     return entry(n).unit;
 }
 
-QString ParamCatalogue::unitText(int languageId, Unit unit) {
+QString ParamCatalogue::unitText(Language languageId, Unit unit) {
     switch (unit) {
         case Unit::None:
             return {};
         case Unit::Pulse:
-            return TextCatalogue::text(languageId, 1560);
+            return TextCatalogue::text(languageId, Text::ParamPulse);
         case Unit::MilliAmpere:
             return QStringLiteral("(mA)");
         case Unit::Millisecond:
@@ -265,15 +265,9 @@ QString ParamCatalogue::unitText(int languageId, Unit unit) {
     return {};
 }
 
-std::optional<int> ParamCatalogue::labelTextId(int n) {
-    if (n < 0 || n >= ParamTables::ServoCount)
-        return std::nullopt;
-    return 1500 + n;
-}
-
-QString ParamCatalogue::label(int languageId, int n) {
-    if (const std::optional<int> id = labelTextId(n))
-        return TextCatalogue::LoadText(languageId * 1000 + *id);
+QString ParamCatalogue::label(Language languageId, int n) {
+    if (n >= 0 && n < ParamTables::ServoCount)
+        return TextCatalogue::text(languageId, Text::Param00AxisNo, n);
     return QString::fromUtf16(
         SystemCaptions.at(static_cast<std::size_t>(n - ParamTables::ServoCount)));
 }

@@ -5,6 +5,8 @@
 
 #include <optional>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 struct ParamTables;
@@ -34,12 +36,11 @@ public:
     [[nodiscard]] static bool needsRestart(int n);
     [[nodiscard]] static Unit unit(int n);
     // The unit label beside the value box; empty for none. Only "(Pulse)" is translated.
-    [[nodiscard]] static QString unitText(int languageId, Unit unit);
+    [[nodiscard]] static QString unitText(Language languageId, Unit unit);
 
-    // Servo parameters take their label ("00：Axis No.") from the text catalogue, id 1500 + n.
-    // System parameters have fixed Japanese captions in every language (and no text id).
-    [[nodiscard]] static std::optional<int> labelTextId(int n);
-    [[nodiscard]] static QString label(int languageId, int n);
+    // Servo parameters take their label ("00：Axis No.") from the text catalogue, the n-th text
+    // from Param00AxisNo. System parameters have fixed Japanese captions in every language.
+    [[nodiscard]] static QString label(Language languageId, int n);
 
     // The value preset `column` (the value of parameter 10) gives parameter 11 + row.
     [[nodiscard]] static qint32 tuningPreset(int row, int column);

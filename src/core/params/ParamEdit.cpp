@@ -34,7 +34,7 @@ qint32& PrmEdit::value(int n) {
     return tables_.ParamValue.at(static_cast<std::size_t>(n));
 }
 
-int PrmEdit::lang() const {
+Language PrmEdit::lang() const {
     return global_.Link.LanguageId;
 }
 
@@ -141,8 +141,9 @@ void PrmEdit::cautionAxisNumber(EditOutcome& out) {
         return;
     out.pausePolling = true;
     out.caution = {CautionKind::AxisNumber, CautionButtons::Ok,
-                   TextCatalogue::text(lang(), 1733) + CrLf + TextCatalogue::text(lang(), 1712),
-                   TextCatalogue::text(lang(), 1726)};
+                   TextCatalogue::text(lang(), Text::MsgChangeParameterApplyed) + CrLf +
+                       TextCatalogue::text(lang(), Text::MsgAfterRebootingOrvixServo),
+                   TextCatalogue::text(lang(), Text::MsgAxisNumberChange)};
     asked_ = out.caution.kind;
 }
 
@@ -157,7 +158,8 @@ void PrmEdit::couple(EditOutcome& out) {
             break;
         default:
             out.caution = {CautionKind::ConnectQuestion, CautionButtons::OkCancel,
-                           TextCatalogue::text(lang(), 1738), TextCatalogue::text(lang(), 1739)};
+                           TextCatalogue::text(lang(), Text::MsgChangePrm45With),
+                           TextCatalogue::text(lang(), Text::MsgParameter145Connect)};
             asked_ = out.caution.kind;
             break;
     }
@@ -173,8 +175,9 @@ void PrmEdit::connect45(EditOutcome& out) {
     out.refreshed.append(ParamCatalogue::CommandEnable);
     if (global_.ConnectCautionDialog) {
         out.caution = {CautionKind::ConnectNotice, CautionButtons::Ok,
-                       TextCatalogue::text(lang(), 1740) + CrLf + QString::number(*belonging),
-                       TextCatalogue::text(lang(), 1739)};
+                       TextCatalogue::text(lang(), Text::MsgParameter45ChangedBelow) + CrLf +
+                           QString::number(*belonging),
+                       TextCatalogue::text(lang(), Text::MsgParameter145Connect)};
         asked_ = out.caution.kind;
     }
 }
@@ -189,18 +192,19 @@ void PrmEdit::cautionBaudRate(EditOutcome& out) {
     QString firstLine;
     switch (value(ParamCatalogue::ComFormat) % RateSteps) {
         case Rate57600:
-            firstLine = TextCatalogue::text(lang(), 1727);
+            firstLine = TextCatalogue::text(lang(), Text::MsgBaudRate57600bpsSelected);
             break;
         case Rate115200:
-            firstLine = TextCatalogue::text(lang(), 1728);
+            firstLine = TextCatalogue::text(lang(), Text::MsgBaudRate115200bpsSelected);
             break;
         default:
             return;
     }
     out.caution = {CautionKind::BaudRate, CautionButtons::YesNo,
-                   firstLine + CrLf + TextCatalogue::text(lang(), 1729) + CrLf +
-                       TextCatalogue::text(lang(), 1730) + CrLf + TextCatalogue::text(lang(), 1731),
-                   TextCatalogue::text(lang(), 1732)};
+                   firstLine + CrLf + TextCatalogue::text(lang(), Text::MsgBaudRateUnsupported) +
+                       CrLf + TextCatalogue::text(lang(), Text::MsgYesIgnore) + CrLf +
+                       TextCatalogue::text(lang(), Text::MsgNoSet38400bps),
+                   TextCatalogue::text(lang(), Text::MsgBaudRateCaution)};
     asked_ = out.caution.kind;
 }
 

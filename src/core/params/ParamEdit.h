@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/params/ParamEditOutcome.h"
+#include "core/shared/Language.h"
 #include "core/shared/NextFieldIndex.h"
 
 #include <QString>
@@ -60,7 +61,7 @@ public:
 
 private:
     [[nodiscard]] qint32& value(int n);
-    [[nodiscard]] int lang() const;
+    [[nodiscard]] Language lang() const;
     void applyPreset(EditOutcome& out);
     void couple(EditOutcome& out);
     void connect45(EditOutcome& out);

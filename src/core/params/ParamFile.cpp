@@ -72,8 +72,9 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
         FileWithSystem = true;
     } else if (!first || *first != Identification) {
         closeFile();
-        const int lang = engine_.state().LanguageId;
-        engine_.showError(TextCatalogue::text(lang, 1722), TextCatalogue::text(lang, 1723));
+        const Language lang = engine_.state().LanguageId;
+        engine_.showError(TextCatalogue::text(lang, Text::MsgIdentificationError1722),
+                          TextCatalogue::text(lang, Text::MsgIdentificationErrorCaption1723));
         return ReadResult::Failed;
     }
 
@@ -95,7 +96,7 @@ ParamFile::ReadResult ParamFile::read(const QString& path) {
 
 bool ParamFile::PrmFileRead(bool compare) {
     const int last = FileWithSystem ? ParamTables::Count - 1 : ParamTables::ServoCount - 1;
-    const int lang = engine_.state().LanguageId;
+    const Language lang = engine_.state().LanguageId;
     ClampReport clamped;
     for (int n = 0; n <= last; ++n) {
         const std::optional<QByteArray> line = nextLine();
@@ -110,7 +111,8 @@ bool ParamFile::PrmFileRead(bool compare) {
         const qint32 old = tables_.ParamValue[i];
         tables_.ParamValue[i] = tables_.clamped(n, *number);
         if (tables_.ParamValue[i] != *number) {
-            clamped.add(TextCatalogue::text(lang, 1713) + QLatin1Char(' ') + QString::number(n),
+            clamped.add(TextCatalogue::text(lang, Text::MsgParameterNo) + QLatin1Char(' ') +
+                            QString::number(n),
                         *number, tables_.ParamValue[i]);
         }
         // Compared with the drive, only what the file changes needs writing.
@@ -175,8 +177,9 @@ void ParamFile::failAccess() {
 }
 
 void ParamFile::showAccessError() const {
-    const int lang = engine_.state().LanguageId;
-    engine_.showError(TextCatalogue::text(lang, 1724), TextCatalogue::text(lang, 1725));
+    const Language lang = engine_.state().LanguageId;
+    engine_.showError(TextCatalogue::text(lang, Text::MsgFileAccessError),
+                      TextCatalogue::text(lang, Text::MsgFileAccessErrorCaption));
 }
 
 }  // namespace velora

@@ -7,8 +7,8 @@
 
 namespace velora::paramguide {
 
-QString toolTip(int languageId, int n) {
-    QString range = TextCatalogue::text(languageId, 1566)
+QString toolTip(Language languageId, int n) {
+    QString range = TextCatalogue::text(languageId, Text::ParamRange)
                         .arg(ParamCatalogue::minimum(n))
                         .arg(ParamCatalogue::maximum(n));
     const QString unit = ParamCatalogue::unitText(languageId, ParamCatalogue::unit(n));
@@ -16,11 +16,12 @@ QString toolTip(int languageId, int n) {
         range += QLatin1Char(' ') + unit;
     QString tip = ParamCatalogue::label(languageId, n) + QLatin1Char('\n') + range;
     if (ParamCatalogue::needsRestart(n))
-        tip += QLatin1Char('\n') + TextCatalogue::text(languageId, 1567);
+        tip +=
+            QLatin1Char('\n') + TextCatalogue::text(languageId, Text::ParamTakesEffectAfterDrive);
     return tip;
 }
 
-bool matches(int languageId, int n, const QString& query) {
+bool matches(Language languageId, int n, const QString& query) {
     const QStringList words = query.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
     if (words.isEmpty())
         return true;
@@ -29,7 +30,7 @@ bool matches(int languageId, int n, const QString& query) {
     if (numeric && words.size() == 1)
         return number == n;
     const QString shown = ParamCatalogue::label(languageId, n);
-    const QString english = ParamCatalogue::label(0, n);
+    const QString english = ParamCatalogue::label(Language::English, n);
     for (const QString& word : words) {
         if (!shown.contains(word, Qt::CaseInsensitive) &&
             !english.contains(word, Qt::CaseInsensitive))

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 // What a person knows a servo parameter by: the explanation its box shows on hover, and
@@ -10,11 +12,11 @@ namespace paramguide {
 
 // "17：Max Deviation", its range with the unit, and whether it takes effect only after the
 // drive is restarted.
-[[nodiscard]] QString toolTip(int languageId, int n);
+[[nodiscard]] QString toolTip(Language languageId, int n);
 
 // True for an empty query; a number names the parameter of that number; words must all appear
 // in the label (of the language shown, or the English one), in any case and order.
-[[nodiscard]] bool matches(int languageId, int n, const QString& query);
+[[nodiscard]] bool matches(Language languageId, int n, const QString& query);
 
 }  // namespace paramguide
 

@@ -89,7 +89,7 @@ bool ParamTransfer::writeChanged() {
     if (!first)
         return false;
     ParamIndex = *first;
-    RebootList = TextCatalogue::text(link_.LanguageId, 1713);
+    RebootList = TextCatalogue::text(link_.LanguageId, Text::MsgParameterNo);
     RebootListUsed = false;
     start(Chain::Write, writeCommand(*first));
     return true;
@@ -202,12 +202,13 @@ void ParamTransfer::endWrite() {
     engine_.pauseTimer1();
     if (RebootListUsed) {
         RebootList.chop(1);  // the comma after the last number
-        const int lang = link_.LanguageId;
+        const Language lang = link_.LanguageId;
         const QString crlf = QStringLiteral("\r\n");
-        engine_.showWarning(TextCatalogue::text(lang, 1710) + crlf + crlf + RebootList + crlf +
-                                TextCatalogue::text(lang, 1711) + crlf +
-                                TextCatalogue::text(lang, 1712),
-                            TextCatalogue::text(lang, 1706));
+        engine_.showWarning(TextCatalogue::text(lang, Text::MsgParameterWriteFinished) + crlf +
+                                crlf + RebootList + crlf +
+                                TextCatalogue::text(lang, Text::MsgChangesTheseParametersApplyed) +
+                                crlf + TextCatalogue::text(lang, Text::MsgAfterRebootingOrvixServo),
+                            TextCatalogue::text(lang, Text::MsgStatus));
     }
     engine_.EnableControls(true);
     engine_.endTransfer(Transfer::Params);

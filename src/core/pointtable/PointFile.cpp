@@ -56,10 +56,11 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
     if (path.isEmpty())
         return ReadResult::Ignored;
     BoundedLineReader file;
-    if (!tablefile::open(engine_, file, path, Identification, 1734, 1735))
+    if (!tablefile::open(engine_, file, path, Identification, Text::MsgIdentificationError1734,
+                         Text::MsgIdentificationErrorCaption1735))
         return ReadResult::Failed;
     PointEdit edit(tables_);
-    const int lang = engine_.state().LanguageId;
+    const Language lang = engine_.state().LanguageId;
     ClampReport clamped;
     for (int p = 0; p < PointTables::Count; ++p) {
         for (const PointField field : FileOrder) {
@@ -71,7 +72,8 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
                                 : fileNumber(*line, 0, std::numeric_limits<quint8>::max());
             if (!number) {
                 // What was loaded before the broken line stays, with its marks.
-                tablefile::showError(engine_, 1724, 1725);
+                tablefile::showError(engine_, Text::MsgFileAccessError,
+                                     Text::MsgFileAccessErrorCaption);
                 return ReadResult::Failed;
             }
             edit.setValue(p, field, *number);
@@ -79,11 +81,12 @@ PointFile::ReadResult PointFile::ReadPointFile(const QString& path) {
             const FieldCheck check = edit.leave(p, field, QString::fromLatin1(*line));
             if (check.value != *number) {
                 // Named as the window names the box: its row and its column heading.
-                clamped.add(
-                    QStringLiteral("Point%1 %2")
-                        .arg(p)
-                        .arg(TextCatalogue::text(lang, 1451 + static_cast<int>(field)).trimmed()),
-                    *number, check.value);
+                clamped.add(QStringLiteral("Point%1 %2")
+                                .arg(p)
+                                .arg(TextCatalogue::text(lang, Text::PointTablePosTor,
+                                                         static_cast<int>(field))
+                                         .trimmed()),
+                            *number, check.value);
             }
             emit fieldLoaded(p, field, check.shown.value_or(QString::fromLatin1(*line)),
                              check.changed);

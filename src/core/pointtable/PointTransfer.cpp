@@ -134,8 +134,9 @@ ReplyStatus PointTransfer::OnPointRead(const QString& text) {
     }
     emit pointRefreshed(p);
     engine_.pauseTimer1();
-    const int lang = link_.LanguageId;
-    engine_.showNotice(TextCatalogue::text(lang, 1708), TextCatalogue::text(lang, 1706));
+    const Language lang = link_.LanguageId;
+    engine_.showNotice(TextCatalogue::text(lang, Text::MsgPointTableReadFinished),
+                       TextCatalogue::text(lang, Text::MsgStatus));
     engine_.endTransfer(Transfer::Points);
     tables_.PointTableValid = true;
     chain_ = Chain::None;

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 // Where a wave capture stands.
@@ -71,7 +73,7 @@ struct LinkState {
     QString BaudRate = QStringLiteral("9600");
     bool Online = true;
     bool RealTimeMonitor = true;
-    int LanguageId = 0;  // 0 English, 1 Japanese
+    Language LanguageId = Language::English;
     // Parameter, point table and command table writes also go to non-volatile memory.
     std::array<bool, 3> NonVolatileWrite{true, true, true};
 

@@ -97,7 +97,8 @@ void SettingsStore::loadComAndLanguage(Global& global) const {
     LinkState& link = global.Link;
     {
         const GroupReader language(*settings, kLanguageGroup);
-        link.LanguageId = language.integer(QStringLiteral("Language"), 0, 0, 1);
+        link.LanguageId =
+            static_cast<Language>(language.integer(QStringLiteral("Language"), 0, 0, 1));
     }
     const GroupReader com(*settings, kComGroup);
     link.UsbMode = com.flag(QStringLiteral("USB-RS232C"), false);
@@ -150,7 +151,7 @@ void SettingsStore::saveAll(const Global& global) const {
     const auto number = [](int value) { return QString::number(value); };
 
     settings->beginGroup(kLanguageGroup);
-    settings->setValue(QStringLiteral("Language"), number(link.LanguageId));
+    settings->setValue(QStringLiteral("Language"), number(static_cast<int>(link.LanguageId)));
     settings->endGroup();
 
     settings->beginGroup(kComGroup);

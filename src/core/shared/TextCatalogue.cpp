@@ -1,45 +1,50 @@
 #include "core/shared/TextCatalogue.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
-#include <cstddef>
-#include <utility>
+
+#include "core/shared/TextCatalogueRows.h"
 
 namespace velora {
 
-namespace textcatalogue_data {
-// Defined in TextCatalogueData.cpp: rows of {id, text}, strictly ascending by id.
-extern const std::pair<int, const char16_t*> kTexts[];
-extern const std::size_t kTextCount;
-}  // namespace textcatalogue_data
-
 namespace {
 
-using Row = std::pair<int, const char16_t*>;
+using textcatalogue_data::TextRow;
 
-const Row* findRow(int id) {
-    const Row* first = textcatalogue_data::kTexts;
-    const Row* last = first + textcatalogue_data::kTextCount;
-    const Row* row =
-        std::lower_bound(first, last, id, [](const Row& r, int key) { return r.first < key; });
-    return (row != last && row->first == id) ? row : nullptr;
+std::pair<const TextRow*, const TextRow*> rows(Language language) {
+    using namespace textcatalogue_data;
+    return language == Language::Japanese ? std::pair{kJapanese, kJapanese + kJapaneseCount}
+                                          : std::pair{kEnglish, kEnglish + kEnglishCount};
+}
+
+const TextRow* findRow(Language language, Text name) {
+    const auto [first, last] = rows(language);
+    const TextRow* row = std::lower_bound(first, last, name,
+                                          [](const TextRow& r, Text key) { return r.name < key; });
+    return (row != last && row->name == name) ? row : nullptr;
 }
 
 }  // namespace
 
-QString TextCatalogue::LoadText(int id) {
-    const Row* row = findRow(id);
-    return row ? QString::fromUtf16(row->second) : QString();
+QString TextCatalogue::text(Language language, Text name) {
+    const TextRow* row = findRow(language, name);
+    return row ? QString::fromUtf16(row->text) : QString();
 }
 
-bool TextCatalogue::contains(int id) {
-    return findRow(id) != nullptr;
+QString TextCatalogue::text(Language language, Text first, int offset) {
+    const Text name = static_cast<Text>(static_cast<int>(first) + offset);
+    const TextRow* row = findRow(language, name);
+    Q_ASSERT_X(row, "TextCatalogue::text", "offset runs past the texts of its list");
+    return row ? QString::fromUtf16(row->text) : QString();
 }
 
-std::vector<int> TextCatalogue::ids() {
-    std::vector<int> result;
-    result.reserve(textcatalogue_data::kTextCount);
-    for (std::size_t i = 0; i < textcatalogue_data::kTextCount; ++i) {
-        result.push_back(textcatalogue_data::kTexts[i].first);
+std::vector<Text> TextCatalogue::names(Language language) {
+    const auto [first, last] = rows(language);
+    std::vector<Text> result;
+    result.reserve(static_cast<std::size_t>(last - first));
+    for (const TextRow* row = first; row != last; ++row) {
+        result.push_back(row->name);
     }
     return result;
 }

@@ -4,24 +4,24 @@
 
 #include <vector>
 
+#include "core/shared/Language.h"
+#include "core/shared/TextId.h"
+
 namespace velora {
 
-// Every text the program shows, in English (ids 1000-1939) and Japanese (the same base ids plus
-// 1000). The table is compiled in; users cannot change it.
+// Every text the program shows, in English and Japanese, looked up by name. The table is compiled
+// in; users cannot change it.
 class TextCatalogue {
 public:
     TextCatalogue() = delete;
 
-    // The text stored under id; id already includes the language offset (LanguageId x 1000).
-    // An id the catalogue does not hold yields an empty string.
-    [[nodiscard]] static QString LoadText(int id);
-    // The text of a base id in the given language (0 English, 1 Japanese).
-    [[nodiscard]] static QString text(int languageId, int baseId) {
-        return LoadText(languageId * 1000 + baseId);
-    }
-    [[nodiscard]] static bool contains(int id);
-    // All ids held, ascending.
-    [[nodiscard]] static std::vector<int> ids();
+    // A name the table does not hold yields an empty string.
+    [[nodiscard]] static QString text(Language language, Text name);
+    // The text `offset` rows after `first` in a run of consecutive ids (list entries, alarm
+    // names, status bits); asserts the result is held, so an index past the run is caught.
+    [[nodiscard]] static QString text(Language language, Text first, int offset);
+    // The names the table holds for a language, in table order.
+    [[nodiscard]] static std::vector<Text> names(Language language);
 };
 
 }  // namespace velora

@@ -43,7 +43,7 @@ QString formatReading(const Reading& r) {
 }
 
 QString cursorTable(const WaveStore& store, const std::array<int, 2>& cursors, int timeScaleIndex,
-                    int languageId) {
+                    Language languageId) {
     QString table = QStringLiteral("<table cellspacing=0>");
     const std::array<QString, 2> colours{QStringLiteral("#00a8c8"), QStringLiteral("#c040c0")};
     std::array<Reading, 2> at{};
@@ -51,8 +51,8 @@ QString cursorTable(const WaveStore& store, const std::array<int, 2>& cursors, i
         if (cursors[c] < 0)
             continue;
         at[c] = readingAt(store, cursors[c], timeScaleIndex);
-        table += row(TextCatalogue::text(languageId, 1883 + static_cast<int>(c)), colours[c], at[c],
-                     false);
+        table += row(TextCatalogue::text(languageId, Text::ScopeCursor1, static_cast<int>(c)),
+                     colours[c], at[c], false);
     }
     if (cursors[0] >= 0 && cursors[1] >= 0) {
         Reading d;
@@ -60,10 +60,11 @@ QString cursorTable(const WaveStore& store, const std::array<int, 2>& cursors, i
         d.velocity = at[1].velocity - at[0].velocity;
         d.torquePercent = at[1].torquePercent - at[0].torquePercent;
         d.logic = at[1].logic - at[0].logic;
-        table += row(TextCatalogue::text(languageId, 1885), QStringLiteral("#808080"), d, true);
+        table += row(TextCatalogue::text(languageId, Text::ScopeDifference),
+                     QStringLiteral("#808080"), d, true);
     }
     if (cursors[0] < 0 && cursors[1] < 0)
-        return TextCatalogue::text(languageId, 1888);
+        return TextCatalogue::text(languageId, Text::ScopeLeftClickPlacesCursor);
     return table + QStringLiteral("</table>");
 }
 

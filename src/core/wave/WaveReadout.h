@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/shared/Language.h"
 #include "core/shared/WaveStore.h"
 
 #include <QString>
@@ -24,6 +25,6 @@ struct Reading {
 // The two cursors and their difference (cursor 2 minus cursor 1) as a small HTML table; the
 // row titles come from the catalogue in the given language. A cursor at -1 is not placed.
 [[nodiscard]] QString cursorTable(const WaveStore& store, const std::array<int, 2>& cursors,
-                                  int timeScaleIndex, int languageId);
+                                  int timeScaleIndex, Language languageId);
 
 }  // namespace velora::wave

@@ -154,20 +154,20 @@ void CommSettings::buildLayout() {
     connect(CmdSrch, &QPushButton::clicked, this, &CommSettings::CmdSrch_Click);
 }
 
-void CommSettings::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1052));
-    Label4->setText(TextCatalogue::text(languageId, 1200));
-    Label1->setText(TextCatalogue::text(languageId, 1201));
-    Label2->setText(TextCatalogue::text(languageId, 1202));
-    Label3->setText(TextCatalogue::text(languageId, 1203));
-    CmdReplyWait->setText(TextCatalogue::text(languageId, 1204));
-    Command[0]->setText(TextCatalogue::text(languageId, 1205));
-    Command[1]->setText(TextCatalogue::text(languageId, 1206));
-    Command[2]->setText(TextCatalogue::text(languageId, 1207));
-    CmdSrch->setText(TextCatalogue::text(languageId, 1208));
+void CommSettings::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionCommSettings));
+    Label4->setText(TextCatalogue::text(languageId, Text::CommSettingsCOMPortNo));
+    Label1->setText(TextCatalogue::text(languageId, Text::CommSettingsAxisNo));
+    Label2->setText(TextCatalogue::text(languageId, Text::CommSettingsBaudRateBps));
+    Label3->setText(TextCatalogue::text(languageId, Text::CommSettingsReplyWaitMs));
+    CmdReplyWait->setText(TextCatalogue::text(languageId, Text::CommSettingsSend));
+    Command[0]->setText(TextCatalogue::text(languageId, Text::CommSettingsOK));
+    Command[1]->setText(TextCatalogue::text(languageId, Text::CommSettingsCancel));
+    Command[2]->setText(TextCatalogue::text(languageId, Text::CommSettingsOffLine));
+    CmdSrch->setText(TextCatalogue::text(languageId, Text::CommSettingsSearch));
     Label5->clear();
-    Label6->setText(TextCatalogue::text(languageId, 1970));
-    CmdPortRefresh->setText(TextCatalogue::text(languageId, 1969));
+    Label6->setText(TextCatalogue::text(languageId, Text::CheckSerialPortsSystem));
+    CmdPortRefresh->setText(TextCatalogue::text(languageId, Text::CheckRefresh));
     PortList->LanguageSelect(languageId);
 }
 
@@ -233,7 +233,8 @@ void CommSettings::onPortChosen(const PortHint& port) {
         deviceChoice_ = port.systemLocation;
         TxtCOMnum->setText(port.systemLocation);
         LblPortChoice->setText(
-            TextCatalogue::text(global_.Link.LanguageId, 1971).arg(port.systemLocation));
+            TextCatalogue::text(global_.Link.LanguageId, Text::CheckHasNoPortNumber)
+                .arg(port.systemLocation));
         return;
     }
     // The number alone opens it, through the back-end its name belongs to.
@@ -357,9 +358,10 @@ void CommSettings::applySettings() {
         engine_.setDeviceOverride(previousDevice);
         // The USB adapter's driver reports nothing the user could act on.
         if (!s.UsbMode) {
-            engine_.showError(TextCatalogue::text(s.LanguageId, 1702) + QLatin1Char('\n') +
-                                  opened.device + QStringLiteral(": ") + opened.reason,
-                              TextCatalogue::text(s.LanguageId, 1703));
+            engine_.showError(TextCatalogue::text(s.LanguageId, Text::MsgCannotOpenPort) +
+                                  QLatin1Char('\n') + opened.device + QStringLiteral(": ") +
+                                  opened.reason,
+                              TextCatalogue::text(s.LanguageId, Text::MsgCannotOpenPortCaption));
         }
         s.PortNumber = previousPort;
         TxtCOMnum->setText(previousDevice.isEmpty() ? QString::number(previousPort)
@@ -425,9 +427,9 @@ void CommSettings::onIdentified() {
 }
 
 void CommSettings::setSearchingLook(bool searching) {
-    const int lang = global_.Link.LanguageId;
+    const Language lang = global_.Link.LanguageId;
     if (searching) {
-        CmdSrch->setText(TextCatalogue::text(lang, 1209));
+        CmdSrch->setText(TextCatalogue::text(lang, Text::CommSettingsSearchCancel));
         showSearchProgress();
     }
     for (QPushButton* b : Command)
@@ -435,9 +437,9 @@ void CommSettings::setSearchingLook(bool searching) {
 }
 
 void CommSettings::showSearchProgress() {
-    const int lang = global_.Link.LanguageId;
-    Label5->setText(TextCatalogue::text(lang, 1806) + QLatin1Char(' ') +
-                    TextCatalogue::text(lang, 1472)
+    const Language lang = global_.Link.LanguageId;
+    Label5->setText(TextCatalogue::text(lang, Text::LinkSearching) + QLatin1Char(' ') +
+                    TextCatalogue::text(lang, Text::PointTableAxisBpsProbesLeft)
                         .arg(search_.SearchAxis())
                         .arg(search_.SearchBaud())
                         .arg(search_.probesLeft())
@@ -446,19 +448,19 @@ void CommSettings::showSearchProgress() {
 
 void CommSettings::onSearchEnded(PortSearch::Outcome outcome) {
     setSearchingLook(false);
-    const int lang = global_.Link.LanguageId;
+    const Language lang = global_.Link.LanguageId;
     switch (outcome) {
         case PortSearch::Outcome::Found:
             TextAxisNum->setText(QString::number(search_.SearchAxis()));
             ComboBaud->setCurrentIndex(std::max(0, ComboBaud->findText(search_.SearchBaud())));
-            pausedMessage(engine_, boxes_, TextCatalogue::text(lang, 1807),
-                          TextCatalogue::text(lang, 1808), QMessageBox::NoIcon);
+            pausedMessage(engine_, boxes_, TextCatalogue::text(lang, Text::LinkCOMSettingFound),
+                          TextCatalogue::text(lang, Text::LinkSucceed), QMessageBox::NoIcon);
             LanguageSelect(lang);
             break;
         case PortSearch::Outcome::NotFound:
             LanguageSelect(lang);
-            pausedMessage(engine_, boxes_, TextCatalogue::text(lang, 1809),
-                          TextCatalogue::text(lang, 1810), QMessageBox::Critical);
+            pausedMessage(engine_, boxes_, TextCatalogue::text(lang, Text::LinkCOMSettingNotFound),
+                          TextCatalogue::text(lang, Text::LinkFailure), QMessageBox::Critical);
             break;
         case PortSearch::Outcome::Cancelled:
             LanguageSelect(lang);

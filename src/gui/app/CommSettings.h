@@ -2,6 +2,7 @@
 
 #include "core/connect/PortSearch.h"
 #include "core/link/TransportFactory.h"
+#include "core/shared/Language.h"
 
 #include <QDialog>
 
@@ -34,7 +35,7 @@ public:
     ~CommSettings() override;
     Q_DISABLE_COPY_MOVE(CommSettings)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
 
     // The drive identification answered while a search runs: the search has found its drive.
     // The parameter transfer reports it (its portSearchSucceeded signal).

@@ -91,7 +91,7 @@ QString HelpDialog::readMe() {
     return QString::fromUtf8(file.readAll());
 }
 
-void HelpDialog::showPage(Page page, int languageId) {
+void HelpDialog::showPage(Page page, Language languageId) {
     LanguageSelect(languageId);
     fillShortcuts(languageId);
     fillAlarms(languageId);
@@ -103,24 +103,25 @@ void HelpDialog::showPage(Page page, int languageId) {
     activateWindow();
 }
 
-void HelpDialog::LanguageSelect(int languageId) {
-    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
-    setWindowTitle(text(1657));
-    TabHelp->setTabText(0, text(1658));
-    TabHelp->setTabText(1, text(1659));
-    TabHelp->setTabText(2, text(1660));
-    LblReadMeNote->setText(text(1666));
+void HelpDialog::LanguageSelect(Language languageId) {
+    const auto text = [languageId](Text id) { return TextCatalogue::text(languageId, id); };
+    setWindowTitle(text(Text::HelpCaption));
+    TabHelp->setTabText(0, text(Text::HelpReadMe));
+    TabHelp->setTabText(1, text(Text::HelpKeyboardShortcuts));
+    TabHelp->setTabText(2, text(Text::HelpAlarmCodes));
+    LblReadMeNote->setText(text(Text::HelpReadMeEnglishOnly));
     // The README is English: in English the note would say nothing new.
-    LblReadMeNote->setVisible(languageId != 0);
-    TxtReadMe->setAccessibleName(text(1658));
-    GrdShortcuts->setHorizontalHeaderLabels({text(1661), text(1662)});
-    GrdShortcuts->setAccessibleName(text(1659));
-    GrdAlarms->setHorizontalHeaderLabels({text(1663), text(1664), text(1665)});
-    GrdAlarms->setAccessibleName(text(1660));
+    LblReadMeNote->setVisible(languageId != Language::English);
+    TxtReadMe->setAccessibleName(text(Text::HelpReadMe));
+    GrdShortcuts->setHorizontalHeaderLabels({text(Text::HelpKey), text(Text::HelpAction)});
+    GrdShortcuts->setAccessibleName(text(Text::HelpKeyboardShortcuts));
+    GrdAlarms->setHorizontalHeaderLabels(
+        {text(Text::HelpAlarm), text(Text::HelpCause), text(Text::HelpRemedy)});
+    GrdAlarms->setAccessibleName(text(Text::HelpAlarmCodes));
 }
 
-void HelpDialog::fillShortcuts(int languageId) {
-    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
+void HelpDialog::fillShortcuts(Language languageId) {
+    const auto text = [languageId](Text id) { return TextCatalogue::text(languageId, id); };
     GrdShortcuts->setRowCount(0);
     // Every action of the main window that has a key, in the order they were made. The frames
     // of the windows inside bring Qt's own (Ctrl+W), which their system menu already shows in
@@ -144,16 +145,18 @@ void HelpDialog::fillShortcuts(int languageId) {
             names << QKeySequence(key).toString(QKeySequence::NativeText);
         return names.join(QStringLiteral(" / "));
     };
-    addRow(GrdShortcuts, {text(1673), text(1672)});
-    addRow(GrdShortcuts, {keys({Qt::Key_Left, Qt::Key_Right}), text(1667)});
-    addRow(GrdShortcuts, {keys({Qt::Key_Up, Qt::Key_Down}), text(1668)});
-    addRow(GrdShortcuts, {keys({Qt::Key_Return, Qt::Key_Down}), text(1669)});
-    addRow(GrdShortcuts, {keys({Qt::Key_Up}), text(1670)});
-    addRow(GrdShortcuts, {keys({Qt::Key_Up, Qt::Key_Down}), text(1671)});
+    addRow(GrdShortcuts, {text(Text::HelpAltUnderlinedLetter), text(Text::HelpOpenMenu)});
+    addRow(GrdShortcuts,
+           {keys({Qt::Key_Left, Qt::Key_Right}), text(Text::HelpMoveTriggerMarkerAfter)});
+    addRow(GrdShortcuts, {keys({Qt::Key_Up, Qt::Key_Down}), text(Text::HelpMoveZeroLevelTrace)});
+    addRow(GrdShortcuts, {keys({Qt::Key_Return, Qt::Key_Down}), text(Text::HelpNextBoxTable)});
+    addRow(GrdShortcuts, {keys({Qt::Key_Up}), text(Text::HelpPreviousBoxTable)});
+    addRow(GrdShortcuts,
+           {keys({Qt::Key_Up, Qt::Key_Down}), text(Text::HelpEarlierLaterCommandsTyped)});
     GrdShortcuts->resizeColumnToContents(0);
 }
 
-void HelpDialog::fillAlarms(int languageId) {
+void HelpDialog::fillAlarms(Language languageId) {
     GrdAlarms->setRowCount(0);
     for (int n = 1; n <= AlarmData::AlarmCount; ++n) {
         addRow(GrdAlarms,

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include "core/shared/Language.h"
+
 class QLabel;
 class QTabWidget;
 class QTableWidget;
@@ -21,15 +23,15 @@ public:
     HelpDialog(const QWidget& shortcutsOf, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(HelpDialog)
 
-    void showPage(Page page, int languageId);
+    void showPage(Page page, Language languageId);
 
     // The README as the program carries it.
     [[nodiscard]] static QString readMe();
 
 private:
-    void LanguageSelect(int languageId);
-    void fillShortcuts(int languageId);
-    void fillAlarms(int languageId);
+    void LanguageSelect(Language languageId);
+    void fillShortcuts(Language languageId);
+    void fillAlarms(Language languageId);
 
     const QWidget& shortcutsOf_;
     QTabWidget* TabHelp = nullptr;

@@ -10,7 +10,7 @@
 namespace velora {
 
 HelpMenu::HelpMenu(QMainWindow& window, std::function<void()> showVersion,
-                   std::function<int()> languageId)
+                   std::function<Language()> languageId)
     : QObject(&window) {
     setObjectName(QStringLiteral("HelpMenu"));
     dialog_ = new HelpDialog(window, &window);
@@ -33,12 +33,12 @@ HelpMenu::HelpMenu(QMainWindow& window, std::function<void()> showVersion,
     mnuHelpItem[0]->setShortcut(QKeySequence::HelpContents);
 }
 
-void HelpMenu::LanguageSelect(int languageId) {
-    mnuHelp->setTitle(TextCatalogue::text(languageId, 1653));
-    mnuHelpItem[0]->setText(TextCatalogue::text(languageId, 1654));
-    mnuHelpItem[1]->setText(TextCatalogue::text(languageId, 1655));
-    mnuHelpItem[2]->setText(TextCatalogue::text(languageId, 1656));
-    mnuHelpItem[3]->setText(TextCatalogue::text(languageId, 1007));
+void HelpMenu::LanguageSelect(Language languageId) {
+    mnuHelp->setTitle(TextCatalogue::text(languageId, Text::HelpMenu));
+    mnuHelpItem[0]->setText(TextCatalogue::text(languageId, Text::HelpMenuReadMe));
+    mnuHelpItem[1]->setText(TextCatalogue::text(languageId, Text::HelpMenuKeyboardShortcuts));
+    mnuHelpItem[2]->setText(TextCatalogue::text(languageId, Text::HelpMenuAlarmCodes));
+    mnuHelpItem[3]->setText(TextCatalogue::text(languageId, Text::MenuVersionInformation));
     // Shown again in the new language if it is open.
     if (dialog_->isVisible())
         dialog_->showPage(HelpDialog::Page::ReadMe, languageId);

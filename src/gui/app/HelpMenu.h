@@ -5,6 +5,8 @@
 #include <array>
 #include <functional>
 
+#include "core/shared/Language.h"
+
 class QAction;
 class QMainWindow;
 class QMenu;
@@ -20,10 +22,10 @@ class HelpMenu : public QObject {
 public:
     // showVersion opens the version dialog; languageId tells the language of the moment.
     HelpMenu(QMainWindow& window, std::function<void()> showVersion,
-             std::function<int()> languageId);
+             std::function<Language()> languageId);
     Q_DISABLE_COPY_MOVE(HelpMenu)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     [[nodiscard]] HelpDialog* dialog() const { return dialog_; }
 
 private:

@@ -79,7 +79,7 @@ MDIParent::MDIParent(DriveSession& session, AppLinkUi& ui, QWidget* parent)
     connectReplyFamilies();
     buildConnectionCare();
     buildGuards();
-    CaptionOffLineChange(0, 0);  // "Velora" until the link says otherwise
+    CaptionOffLineChange(Language::English, 0);  // "Velora" until the link says otherwise
     fitToScreen();
 }
 
@@ -344,27 +344,28 @@ void MDIParent::buildMenus() {
         *this, [this] { showModal(versionDialog_); }, [this] { return global_.Link.LanguageId; });
 }
 
-void MDIParent::LanguageSelect(int languageId) {
-    mnuFile->setTitle(TextCatalogue::text(languageId, 1000));
-    mnuFileItem0->setText(TextCatalogue::text(languageId, 1001));
-    mnuWindow->setTitle(TextCatalogue::text(languageId, 1002));
-    mnuSystem->setTitle(TextCatalogue::text(languageId, 1003));
-    mnuSystemItem[0]->setText(TextCatalogue::text(languageId, 1004));
-    mnuSystemItem[1]->setText(TextCatalogue::text(languageId, 1005));
-    mnuSystemItem[2]->setText(TextCatalogue::text(languageId, 1006));
-    mnuSystemItem[3]->setText(TextCatalogue::text(languageId, 1007));
-    mnuSystemItem[4]->setText(TextCatalogue::text(languageId, 1008));
-    mnuSystemLang[0]->setText(TextCatalogue::text(languageId, 1010));
-    mnuSystemLang[1]->setText(TextCatalogue::text(languageId, 1011));
-    mnuSystemCheck->setText(TextCatalogue::text(languageId, 1940));
+void MDIParent::LanguageSelect(Language languageId) {
+    mnuFile->setTitle(TextCatalogue::text(languageId, Text::MenuFile));
+    mnuFileItem0->setText(TextCatalogue::text(languageId, Text::MenuQuit));
+    mnuWindow->setTitle(TextCatalogue::text(languageId, Text::MenuWindow));
+    mnuSystem->setTitle(TextCatalogue::text(languageId, Text::MenuSystem));
+    mnuSystemItem[0]->setText(TextCatalogue::text(languageId, Text::MenuCommSettings));
+    mnuSystemItem[1]->setText(TextCatalogue::text(languageId, Text::MenuLanguage));
+    mnuSystemItem[2]->setText(TextCatalogue::text(languageId, Text::MenuOption));
+    mnuSystemItem[3]->setText(TextCatalogue::text(languageId, Text::MenuVersionInformation));
+    mnuSystemItem[4]->setText(TextCatalogue::text(languageId, Text::MenuSoftwareVersionChange));
+    mnuSystemLang[0]->setText(TextCatalogue::text(languageId, Text::MenuEnglish));
+    mnuSystemLang[1]->setText(TextCatalogue::text(languageId, Text::MenuJapanese));
+    mnuSystemCheck->setText(TextCatalogue::text(languageId, Text::MenuConnectionCheck));
     stopStrip_->LanguageSelect(languageId);
     helpMenu_->LanguageSelect(languageId);
     for (std::size_t i = 0; i < mnuWindowArrange.size(); ++i)
-        mnuWindowArrange[i]->setText(TextCatalogue::text(languageId, 1433 + static_cast<int>(i)));
+        mnuWindowArrange[i]->setText(
+            TextCatalogue::text(languageId, Text::MenuWindowTile, static_cast<int>(i)));
 }
 
 void MDIParent::LanguageOfAllWindows() {
-    const int lang = global_.Link.LanguageId;
+    const Language lang = global_.Link.LanguageId;
     // First, so that the toolkit's buttons and dialogs follow from the next box on.
     toolkitTexts_.select(lang);
     LanguageSelect(lang);
@@ -381,9 +382,9 @@ void MDIParent::LanguageOfAllWindows() {
     showLinkLine();
 }
 
-void MDIParent::CaptionOffLineChange(int languageId, int offline) {
-    QString caption = offline != 0 ? TextCatalogue::text(languageId, 1021)
-                                   : TextCatalogue::text(languageId, 1020);
+void MDIParent::CaptionOffLineChange(Language languageId, int offline) {
+    QString caption = offline != 0 ? TextCatalogue::text(languageId, Text::MainCaptionOffline)
+                                   : TextCatalogue::text(languageId, Text::MainCaption);
     caption += linkline::captionPart(languageId, engine_.deviceOverride(), simulatedDeviceInUse());
     setWindowTitle(caption);
 }
@@ -443,7 +444,7 @@ void MDIParent::startUp() {
     if (s.AxisNumber == wire::AllAxes)
         engine_.DisableTransferButtons();
     LanguageOfAllWindows();
-    mnuSystemLang[s.LanguageId != 0 ? 1 : 0]->setChecked(true);
+    mnuSystemLang[s.LanguageId != Language::English ? 1 : 0]->setChecked(true);
     showLinkLine();
 }
 
@@ -497,7 +498,7 @@ void MDIParent::mnuSystemItem_Click(int index) {
 }
 
 void MDIParent::mnuSystemLang_Click(int index) {
-    global_.Link.LanguageId = index;
+    global_.Link.LanguageId = static_cast<Language>(index);
     mnuSystemLang[static_cast<std::size_t>(index)]->setChecked(true);
     LanguageOfAllWindows();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/app/DriveSession.h"
+#include "core/shared/Language.h"
 #include "core/shared/WindowLayout.h"
 #include "gui/app/AppLinkUi.h"
 #include "gui/app/TableGuard.h"
@@ -55,11 +56,11 @@ public:
     void startUp();
 
     // The menus' texts.
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // The language of all windows: this one, then every child window.
     void LanguageOfAllWindows();
     // The caption for online (offline 0) or offline (offline 1).
-    void CaptionOffLineChange(int languageId, int offline);
+    void CaptionOffLineChange(Language languageId, int offline);
     // The simulated drive's device while it is the one in use, else empty.
     [[nodiscard]] QString simulatedDeviceInUse() const;
     // Every setting into the store; called at every orderly end.

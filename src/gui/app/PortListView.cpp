@@ -25,11 +25,13 @@ PortListView::PortListView(QWidget* parent) : QTreeWidget(parent) {
     });
 }
 
-void PortListView::LanguageSelect(int languageId) {
-    setHeaderLabels({TextCatalogue::text(languageId, 1964), TextCatalogue::text(languageId, 1965),
-                     TextCatalogue::text(languageId, 1966), TextCatalogue::text(languageId, 1967),
-                     TextCatalogue::text(languageId, 1968)});
-    setAccessibleName(TextCatalogue::text(languageId, 1970));
+void PortListView::LanguageSelect(Language languageId) {
+    setHeaderLabels({TextCatalogue::text(languageId, Text::CheckDevice),
+                     TextCatalogue::text(languageId, Text::CheckDescription),
+                     TextCatalogue::text(languageId, Text::CheckMaker),
+                     TextCatalogue::text(languageId, Text::CheckUSBID),
+                     TextCatalogue::text(languageId, Text::CheckSerialNumber)});
+    setAccessibleName(TextCatalogue::text(languageId, Text::CheckSerialPortsSystem));
 }
 
 void PortListView::refresh(const QString& device) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/connect/PortHint.h"
+#include "core/shared/Language.h"
 
 #include <QTreeWidget>
 
@@ -17,7 +18,7 @@ public:
 
     explicit PortListView(QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // Reads the system's ports again; the row of device stays chosen if it is still there.
     void refresh(const QString& device);
     // Tests hand in their own table of ports.

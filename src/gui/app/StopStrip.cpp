@@ -12,15 +12,15 @@ namespace {
 
 struct StopDef {
     int button;  // the console's button that sends the same command
-    int text;
+    Text text;
     Qt::Key key;
 };
 
 // F7, F8 and F12: keys no box or list of the program uses, away from the letters.
 constexpr std::array<StopDef, StopStrip::StopCount> kStops{{
-    {3, 1791, Qt::Key_F8},   // ServoofF "SF"
-    {25, 1792, Qt::Key_F7},  // JogofF "JF"
-    {1, 1793, Qt::Key_F12},  // EmcStop "ES"
+    {3, Text::MsgServoOff, Qt::Key_F8},        // ServoofF "SF"
+    {25, Text::MsgJogOff, Qt::Key_F7},         // JogofF "JF"
+    {1, Text::MsgEmergencyStop, Qt::Key_F12},  // EmcStop "ES"
 }};
 
 }  // namespace
@@ -46,8 +46,8 @@ StopStrip::StopStrip(LinkEngine& engine, QWidget* parent) : QToolBar(parent), co
     setStopsEnabled(false);
 }
 
-void StopStrip::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1794));
+void StopStrip::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::MsgStop));
     for (int i = 0; i < StopCount; ++i) {
         const StopDef& def = kStops.at(static_cast<std::size_t>(i));
         QAction* action = CmdStop.at(static_cast<std::size_t>(i));

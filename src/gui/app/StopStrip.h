@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/console/ConsoleCommands.h"
+#include "core/shared/Language.h"
 
 #include <QToolBar>
 
@@ -23,7 +24,7 @@ public:
 
     explicit StopStrip(LinkEngine& engine, QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // Follows the console's command buttons.
     void setStopsEnabled(bool enabled);
 

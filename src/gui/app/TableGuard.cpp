@@ -21,7 +21,7 @@ TableGuard::TableGuard(Global& global, LinkEngine& engine, MessageBoxes& boxes, 
     : QObject(parent), global_(global), engine_(engine), boxes_(boxes), copies_(copies) {
 }
 
-bool TableGuard::ask(const QString& text, int title) {
+bool TableGuard::ask(const QString& text, Text title) {
     engine_.pauseTimer1();
     const QMessageBox::StandardButton answer =
         boxes_.show(text, TextCatalogue::text(global_.Link.LanguageId, title), QMessageBox::Warning,
@@ -32,20 +32,21 @@ bool TableGuard::ask(const QString& text, int title) {
 
 bool TableGuard::mayWrite(driverules::Table table) {
     const std::optional<QString> question = driverules::writeQuestion(global_, engine_, table);
-    return !question || ask(*question, 1774);
+    return !question || ask(*question, Text::MsgWriteAnotherDrive);
 }
 
 bool TableGuard::mayReplace(driverules::Table table) {
     const driverules::Unwritten marked = driverules::unwritten(global_, table);
-    return marked.total() == 0 ||
-           ask(driverules::discardQuestion(global_.Link.LanguageId, marked), 1784);
+    return marked.total() == 0 || ask(driverules::discardQuestion(global_.Link.LanguageId, marked),
+                                      Text::MsgUnwrittenChanges);
 }
 
 bool TableGuard::mayChangeDrive() {
     const driverules::Unwritten marked = driverules::unwritten(global_);
     if (marked.total() == 0)
         return true;
-    if (!ask(driverules::discardQuestion(global_.Link.LanguageId, marked), 1784))
+    if (!ask(driverules::discardQuestion(global_.Link.LanguageId, marked),
+             Text::MsgUnwrittenChanges))
         return false;
     copies_.restore();
     emit editsDropped();
@@ -54,13 +55,14 @@ bool TableGuard::mayChangeDrive() {
 
 bool TableGuard::mayQuit() {
     const driverules::Unwritten marked = driverules::unwritten(global_);
-    if (marked.total() > 0 &&
-        !ask(driverules::discardQuestion(global_.Link.LanguageId, marked), 1784))
+    if (marked.total() > 0 && !ask(driverules::discardQuestion(global_.Link.LanguageId, marked),
+                                   Text::MsgUnwrittenChanges))
         return false;
     // The status word is only the drive's present state while the monitor keeps it fresh.
     const LinkState& s = global_.Link;
     if (s.Online && s.run().MonitorRunning && ServoStatus(s.ServoStatus).servoOn()) {
-        return ask(TextCatalogue::text(s.LanguageId, 1785).arg(s.AxisNumber), 1786);
+        return ask(TextCatalogue::text(s.LanguageId, Text::MsgServoAxisOnNQuit).arg(s.AxisNumber),
+                   Text::MsgQuit);
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/link/DriveRules.h"
+#include "core/shared/TextId.h"
 
 #include <QObject>
 
@@ -42,7 +43,7 @@ signals:
     void editsDropped();
 
 private:
-    [[nodiscard]] bool ask(const QString& text, int title);
+    [[nodiscard]] bool ask(const QString& text, Text title);
 
     Global& global_;
     LinkEngine& engine_;

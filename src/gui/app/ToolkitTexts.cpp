@@ -1,4 +1,5 @@
 #include "gui/app/ToolkitTexts.h"
+#include "core/shared/Language.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
@@ -11,13 +12,13 @@ ToolkitTexts::~ToolkitTexts() {
         QCoreApplication::removeTranslator(&translator_);
 }
 
-bool ToolkitTexts::select(int languageId) {
+bool ToolkitTexts::select(Language languageId) {
     if (installed_) {
         QCoreApplication::removeTranslator(&translator_);
         installed_ = false;
     }
     // English is the toolkit's own language: nothing to load.
-    if (languageId == 0)
+    if (languageId == Language::English)
         return true;
     if (!translator_.load(QLocale(QLocale::Japanese), QStringLiteral("qtbase"), QStringLiteral("_"),
                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

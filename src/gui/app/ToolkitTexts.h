@@ -2,6 +2,8 @@
 
 #include <QTranslator>
 
+#include "core/shared/Language.h"
+
 namespace velora {
 
 // The toolkit's own texts (the buttons of message boxes, the file dialogs) in the program's
@@ -15,7 +17,7 @@ public:
 
     // Installs the translation for the language (0 English, 1 Japanese) in the application,
     // replacing the one installed before. Returns false when the language's file is missing.
-    bool select(int languageId);
+    bool select(Language languageId);
 
 private:
     QTranslator translator_;

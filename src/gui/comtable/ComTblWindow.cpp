@@ -129,22 +129,26 @@ void ComTblWindow::connectSources() {
     connect(file_, &ComFile::fileLoaded, this, &ComTblWindow::applyControls);
 }
 
-void ComTblWindow::LanguageSelect(int languageId) {
+void ComTblWindow::LanguageSelect(Language languageId) {
     showCaption();
     for (int i = 0; i < 4; ++i)
-        Labels[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1250 + i));
+        Labels[static_cast<std::size_t>(i)]->setText(
+            TextCatalogue::text(languageId, Text::ComTableComNo, i));
     // Each box is found by what a person sees: its row heading and its column heading.
     for (int k = 0; k < ComTables::CellCount; ++k) {
         if (k == ComTables::NoCell)
             continue;
-        const QString heading = TextCatalogue::text(languageId, 1250 + gridColumn(k)).trimmed();
+        const QString heading =
+            TextCatalogue::text(languageId, Text::ComTableComNo, gridColumn(k)).trimmed();
         TextCom[static_cast<std::size_t>(k)]->setAccessibleName(
             QStringLiteral("No.%1 %2").arg(ComEdit::row(k)).arg(heading));
     }
     for (int i = 0; i < ButtonCount; ++i)
-        Command[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1254 + i));
-    tablekit::fitCountLine(
-        LabelMarked, TextCatalogue::text(languageId, 1861) + QString::number(ComTables::CellCount));
+        Command[static_cast<std::size_t>(i)]->setText(
+            TextCatalogue::text(languageId, Text::ComTableWriteFile, i));
+    tablekit::fitCountLine(LabelMarked,
+                           TextCatalogue::text(languageId, Text::TableCellsMarkedWriting) +
+                               QString::number(ComTables::CellCount));
     showMarks();
     driveLine_->refresh();
 }
@@ -154,8 +158,8 @@ void ComTblWindow::showOrigin() {
 }
 
 void ComTblWindow::showCaption() {
-    setWindowTitle(
-        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1053), lastFile_));
+    setWindowTitle(tablekit::fileCaption(
+        TextCatalogue::text(global_.Link.LanguageId, Text::CaptionCommandTable), lastFile_));
 }
 
 void ComTblWindow::EnableControls(bool enable) {
@@ -212,8 +216,9 @@ void ComTblWindow::ResetComRow(int k) {
 }
 
 void ComTblWindow::showMarks() {
-    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1861) +
-                         QString::number(tables_.changedCount()));
+    LabelMarked->setText(
+        TextCatalogue::text(global_.Link.LanguageId, Text::TableCellsMarkedWriting) +
+        QString::number(tables_.changedCount()));
 }
 
 bool ComTblWindow::eventFilter(QObject* watched, QEvent* event) {

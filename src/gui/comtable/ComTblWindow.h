@@ -2,6 +2,7 @@
 
 #include "core/comtable/ComEdit.h"
 #include "core/shared/ComTables.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QTimer>
@@ -38,7 +39,7 @@ public:
     ~ComTblWindow() override;
     Q_DISABLE_COPY_MOVE(ComTblWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;
 

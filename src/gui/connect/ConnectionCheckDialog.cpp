@@ -44,12 +44,12 @@ ConnectionCheckDialog::ConnectionCheckDialog(LinkEngine& engine, QWidget* parent
     resize(760, 360);
 }
 
-void ConnectionCheckDialog::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1941));
-    TxtFindings->setAccessibleName(TextCatalogue::text(languageId, 1941));
-    CmdCheckAgain->setText(TextCatalogue::text(languageId, 1972));
-    CmdCheckSearch->setText(TextCatalogue::text(languageId, 1208));
-    CmdCheckClose->setText(TextCatalogue::text(languageId, 1959));
+void ConnectionCheckDialog::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionConnectionCheck));
+    TxtFindings->setAccessibleName(TextCatalogue::text(languageId, Text::CaptionConnectionCheck));
+    CmdCheckAgain->setText(TextCatalogue::text(languageId, Text::CheckRunAgain));
+    CmdCheckSearch->setText(TextCatalogue::text(languageId, Text::CommSettingsSearch));
+    CmdCheckClose->setText(TextCatalogue::text(languageId, Text::CheckClose));
 }
 
 void ConnectionCheckDialog::showEvent(QShowEvent* event) {
@@ -62,8 +62,8 @@ void ConnectionCheckDialog::showEvent(QShowEvent* event) {
 
 void ConnectionCheckDialog::runCheck() {
     LinkState& s = engine_.state();
-    const int lang = s.LanguageId;
-    TxtFindings->setPlainText(TextCatalogue::text(lang, 1977));
+    const Language lang = s.LanguageId;
+    TxtFindings->setPlainText(TextCatalogue::text(lang, Text::CheckCheckingConnection));
     CmdCheckSearch->hide();
     for (QPushButton* b : {CmdCheckAgain, CmdCheckClose})
         b->setEnabled(false);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/connect/ConnectionCheck.h"
+#include "core/shared/Language.h"
 
 #include <QDialog>
 
@@ -21,7 +22,7 @@ public:
     ConnectionCheckDialog(LinkEngine& engine, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(ConnectionCheckDialog)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // Tests check against their own system and line.
     void setCheck(ConnectionCheck check) { check_ = std::move(check); }
     void runCheck();

@@ -138,41 +138,46 @@ QLineEdit* ComConsoleWindow::makeArgumentBox(int index, QWidget* frame) {
     return box;
 }
 
-void ComConsoleWindow::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1051));
-    Label1[0]->setText(TextCatalogue::text(languageId, 1100));
-    Label1[1]->setText(TextCatalogue::text(languageId, 1101));
-    CommandSend->setText(TextCatalogue::text(languageId, 1102));
+void ComConsoleWindow::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionCommandConsole));
+    Label1[0]->setText(TextCatalogue::text(languageId, Text::ConsoleSendLabel));
+    Label1[1]->setText(TextCatalogue::text(languageId, Text::ConsoleReceiveLabel));
+    CommandSend->setText(TextCatalogue::text(languageId, Text::ConsoleSendButton));
     for (int i = 0; i < 4; ++i)
-        Frame[static_cast<std::size_t>(i)]->setTitle(TextCatalogue::text(languageId, 1103 + i));
+        Frame[static_cast<std::size_t>(i)]->setTitle(
+            TextCatalogue::text(languageId, Text::ConsoleFrameCommand, i));
     for (int i = 0; i < ConsoleCommands::ButtonCount; ++i)
-        CmdButton[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1110 + i));
+        CmdButton[static_cast<std::size_t>(i)]->setText(
+            TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, i));
     // An argument box has no label of its own: the button that sends it names it.
     for (int box = 0; box < ConsoleCommands::ArgumentCount; ++box) {
         int button = 0;
         while (ConsoleCommands::argumentBox(button) != box)
             ++button;
         TxtNum[static_cast<std::size_t>(box)]->setAccessibleName(
-            TextCatalogue::text(languageId, 1110 + button));
+            TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, button));
     }
     explainButtons(languageId);
 }
 
-void ComConsoleWindow::explainButtons(int languageId) {
+void ComConsoleWindow::explainButtons(Language languageId) {
     // Each button tells the command it sends and what it does: "SF — servo off: ...".
     for (int i = 0; i < ConsoleCommands::ButtonCount; ++i) {
         QString tip = ConsoleCommands::code(i) + QStringLiteral(" \u2014 ") +
-                      TextCatalogue::text(languageId, 1061 + i);
+                      TextCatalogue::text(languageId, Text::CmdHelpReadAlarmData, i);
         if (const int box = ConsoleCommands::argumentBox(i); box >= 0) {
             const ConsoleCommands::Limits limits = ConsoleCommands::limits(box);
-            const QString argument =
-                TextCatalogue::text(languageId, 1096).arg(limits.min).arg(limits.max);
+            const QString argument = TextCatalogue::text(languageId, Text::CmdHelpArgument)
+                                         .arg(limits.min)
+                                         .arg(limits.max);
             tip += QLatin1Char('\n') + argument;
             TxtNum[static_cast<std::size_t>(box)]->setToolTip(
-                TextCatalogue::text(languageId, 1110 + i) + QLatin1Char('\n') + argument);
+                TextCatalogue::text(languageId, Text::ConsoleCmdAlmreaD, i) + QLatin1Char('\n') +
+                argument);
         }
         if (i >= ConsoleCommands::FirstVersionedButton)
-            tip += QLatin1Char('\n') + TextCatalogue::text(languageId, 1097);
+            tip +=
+                QLatin1Char('\n') + TextCatalogue::text(languageId, Text::CmdHelpNeedsSoftware110);
         CmdButton[static_cast<std::size_t>(i)]->setToolTip(tip);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "core/console/CommandHistory.h"
 #include "core/console/ConsoleCommands.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QList>
@@ -27,7 +28,7 @@ public:
     explicit ComConsoleWindow(LinkEngine& engine, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(ComConsoleWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     // Buttons 0-30 and Send follow enable; 31-34 only on drives of version 1.10 or later.
     void EnableControls(bool enable) override;
 
@@ -55,7 +56,7 @@ private:
     QPushButton* makeButton(int index, QWidget* frame);
     QLineEdit* makeArgumentBox(int index, QWidget* frame);
     // The tooltips: code, meaning and argument range of every button.
-    void explainButtons(int languageId);
+    void explainButtons(Language languageId);
     void CmdButton_Click(int index);
     void CommandSend_Click();
     void TxtNum_LostFocus(int index);

@@ -34,10 +34,10 @@ InComDialog::InComDialog(const LinkState& state, QWidget* parent) : QDialog(pare
     connect(&activityTimer_, &QTimer::timeout, this, &InComDialog::showActivity);
 }
 
-void InComDialog::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1804));
-    Label1->setText(TextCatalogue::text(languageId, 1805));
-    CmdCancel->setText(TextCatalogue::text(languageId, 1206));
+void InComDialog::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::LinkComLabel));
+    Label1->setText(TextCatalogue::text(languageId, Text::LinkCommunicating));
+    CmdCancel->setText(TextCatalogue::text(languageId, Text::CommSettingsCancel));
 }
 
 void InComDialog::setActivity(std::function<void()> begin, std::function<QString()> text) {

@@ -5,6 +5,8 @@
 
 #include <functional>
 
+#include "core/shared/Language.h"
+
 class QLabel;
 class QPushButton;
 
@@ -24,7 +26,7 @@ public:
 
     explicit InComDialog(const LinkState& state, QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // Where the line of what is transferred comes from; `begin` is told when the dialog shows.
     void setActivity(std::function<void()> begin, std::function<QString()> text);
     // Loads the texts of the present language and shows the dialog over its parent.

@@ -93,16 +93,17 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     refresh();
 }
 
-void SystemBar::LanguageSelect(int languageId) {
-    Label1->setText(TextCatalogue::text(languageId, 1600));
-    Label2->setText(TextCatalogue::text(languageId, 1601));
-    Label3->setText(TextCatalogue::text(languageId, 1602));
-    LblCom->setText(TextCatalogue::text(languageId, 1603));
+void SystemBar::LanguageSelect(Language languageId) {
+    Label1->setText(TextCatalogue::text(languageId, Text::StatusBarRUN));
+    Label2->setText(TextCatalogue::text(languageId, Text::StatusBarAlarm));
+    Label3->setText(TextCatalogue::text(languageId, Text::StatusBarAxisNo));
+    LblCom->setText(TextCatalogue::text(languageId, Text::StatusBarCom));
     // What each indicator's colour means, on the indicator and on its name.
     const std::array<QLabel*, 4> indicators{ShpStatus[0], ShpStatus[1], LblSVON, LblCom};
     const std::array<QLabel*, 4> names{Label1, Label2, LblSVON, LblCom};
     for (std::size_t i = 0; i < indicators.size(); ++i) {
-        const QString meaning = TextCatalogue::text(languageId, 1194 + static_cast<int>(i));
+        const QString meaning =
+            TextCatalogue::text(languageId, Text::LampHelpRun, static_cast<int>(i));
         indicators[i]->setToolTip(meaning);
         names[i]->setToolTip(meaning);
     }

@@ -8,6 +8,8 @@
 #include <array>
 #include <optional>
 
+#include "core/shared/Language.h"
+
 class QLabel;
 
 namespace velora {
@@ -27,7 +29,7 @@ public:
 
     explicit SystemBar(LinkEngine& engine, QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
 
     void setAxisNumber(int axis);
     // Date, two spaces, time, in the user's short formats.

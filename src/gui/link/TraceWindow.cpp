@@ -79,16 +79,16 @@ TraceWindow::~TraceWindow() {
     setRecording(false);
 }
 
-void TraceWindow::LanguageSelect(int languageId) {
+void TraceWindow::LanguageSelect(Language languageId) {
     languageId_ = languageId;
-    setWindowTitle(TextCatalogue::text(languageId, 1925));
-    ChkRecord->setText(TextCatalogue::text(languageId, 1926));
-    CmdPause->setText(TextCatalogue::text(languageId, 1927));
-    CmdClear->setText(TextCatalogue::text(languageId, 1928));
-    LblCode->setText(TextCatalogue::text(languageId, 1929));
+    setWindowTitle(TextCatalogue::text(languageId, Text::TraceCaption));
+    ChkRecord->setText(TextCatalogue::text(languageId, Text::TraceRecord));
+    CmdPause->setText(TextCatalogue::text(languageId, Text::TracePause));
+    CmdClear->setText(TextCatalogue::text(languageId, Text::TraceClear));
+    LblCode->setText(TextCatalogue::text(languageId, Text::TraceCode));
     TxtCode->setAccessibleName(LblCode->text());
-    ChkHidePolling->setText(TextCatalogue::text(languageId, 1930));
-    CmdSave->setText(TextCatalogue::text(languageId, 1931));
+    ChkHidePolling->setText(TextCatalogue::text(languageId, Text::TraceHidePolling));
+    CmdSave->setText(TextCatalogue::text(languageId, Text::TraceSaveAs));
 }
 
 void TraceWindow::setRecording(bool on) {
@@ -151,15 +151,16 @@ bool TraceWindow::saveTo(const QString& path) {
         content += line.toUtf8() + '\n';
     if (writeFileSafely(path, content))
         return true;
-    boxes_.show(TextCatalogue::text(languageId_, 1724) + QLatin1Char('\n') + path,
-                TextCatalogue::text(languageId_, 1725), QMessageBox::Critical);
+    boxes_.show(
+        TextCatalogue::text(languageId_, Text::MsgFileAccessError) + QLatin1Char('\n') + path,
+        TextCatalogue::text(languageId_, Text::MsgFileAccessErrorCaption), QMessageBox::Critical);
     return false;
 }
 
 void TraceWindow::saveAs() {
-    const QString path =
-        QFileDialog::getSaveFileName(this, TextCatalogue::text(languageId_, 1931), QString(),
-                                     TextCatalogue::text(languageId_, 1932));
+    const QString path = QFileDialog::getSaveFileName(
+        this, TextCatalogue::text(languageId_, Text::TraceSaveAs), QString(),
+        TextCatalogue::text(languageId_, Text::TraceFileFilter));
     if (!path.isEmpty())
         saveTo(path);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/link/FrameTrace.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QTimer>
@@ -28,7 +29,7 @@ public:
     ~TraceWindow() override;
     Q_DISABLE_COPY_MOVE(TraceWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     // The window sends nothing, so the link's locking leaves it usable.
     void EnableControls(bool /*enable*/) override {}
     void DisableTransferButtons() override {}
@@ -51,7 +52,7 @@ private:
     FrameTrace trace_;
     QTimer refresh_;
     quint64 shownUpTo_ = 0;
-    int languageId_ = 0;
+    Language languageId_ = Language::English;
 
     QCheckBox* ChkRecord = nullptr;
     QPushButton* CmdPause = nullptr;

@@ -69,13 +69,13 @@ QColor AlarmMonWindow::idleLampColour() const {
     return palette().color(QPalette::Inactive, QPalette::Mid);
 }
 
-void AlarmMonWindow::LanguageSelect(int languageId) {
+void AlarmMonWindow::LanguageSelect(Language languageId) {
     languageId_ = languageId;
-    setWindowTitle(TextCatalogue::text(languageId, 1050));
-    Label1[0]->setText(TextCatalogue::text(languageId, 1150));
-    Label1[1]->setText(TextCatalogue::text(languageId, 1151));
-    CommandALM[0]->setText(TextCatalogue::text(languageId, 1152));
-    CommandALM[1]->setText(TextCatalogue::text(languageId, 1153));
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionAlarm));
+    Label1[0]->setText(TextCatalogue::text(languageId, Text::AlarmNowAlarm));
+    Label1[1]->setText(TextCatalogue::text(languageId, Text::AlarmAlarmHistory));
+    CommandALM[0]->setText(TextCatalogue::text(languageId, Text::AlarmAlarmReset));
+    CommandALM[1]->setText(TextCatalogue::text(languageId, Text::AlarmHistoryClear));
     for (int i = 0; i < AlarmData::AlarmCount; ++i) {
         QLabel* lamp = LabelNowAlarm[static_cast<std::size_t>(i)];
         lamp->setText(AlarmMonitor::alarmName(i + 1, languageId));
@@ -92,7 +92,8 @@ void AlarmMonWindow::showAlarms(const AlarmData& alarms) {
         QLabel* lamp = LabelNowAlarm[static_cast<std::size_t>(i)];
         const bool active = alarms.active(i + 1);
         setBackground(lamp, active ? kActiveLamp : idleLampColour());
-        lamp->setAccessibleDescription(active ? TextCatalogue::text(languageId_, 1847) : QString());
+        lamp->setAccessibleDescription(active ? TextCatalogue::text(languageId_, Text::LinkActive)
+                                              : QString());
     }
     for (int i = 0; i < AlarmData::HistoryLength; ++i) {
         QLabel* entry = LabelAlmHistory[static_cast<std::size_t>(i)];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/shared/AlarmData.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QColor>
@@ -23,7 +24,7 @@ public:
     explicit AlarmMonWindow(AlarmMonitor& monitor, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(AlarmMonWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;
 
@@ -35,7 +36,7 @@ private:
     void CommandALM_Click(int index);
 
     AlarmMonitor& monitor_;
-    int languageId_ = 0;
+    Language languageId_ = Language::English;
     std::array<QLabel*, 2> Label1{};
     std::array<QLabel*, AlarmData::AlarmCount> LabelNowAlarm{};
     std::array<QLabel*, AlarmData::HistoryLength> LabelAlmHistory{};

@@ -73,10 +73,10 @@ QGroupBox* IOStatusWindow::buildFrame(int index, int count, QFrame** lamps, QLab
     return frame;
 }
 
-void IOStatusWindow::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1055));
-    Frame[0]->setTitle(TextCatalogue::text(languageId, 1350));
-    Frame[1]->setTitle(TextCatalogue::text(languageId, 1351));
+void IOStatusWindow::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionIOStatus));
+    Frame[0]->setTitle(TextCatalogue::text(languageId, Text::IoInput));
+    Frame[1]->setTitle(TextCatalogue::text(languageId, Text::IoOutput));
 }
 
 void IOStatusWindow::showRow(QFrame* lamp, QLabel* state, bool closed) {

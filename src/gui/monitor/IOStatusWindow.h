@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/monitor/IoStatus.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <array>
@@ -27,7 +28,7 @@ public:
     explicit IOStatusWindow(const ParamTables& params, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(IOStatusWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
 
     // The I/O word of a monitor reply: outputs in bits 0-3, inputs in bits 8-12.
     void ShowIoState(quint16 word);

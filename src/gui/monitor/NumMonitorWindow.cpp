@@ -127,33 +127,48 @@ void NumMonitorWindow::buildSwitchRow() {
     connect(CmdTrqPeakReset, &QPushButton::clicked, this, &NumMonitorWindow::CmdTrqPeakReset_Click);
 }
 
-void NumMonitorWindow::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1056));
-    Frame1->setTitle(TextCatalogue::text(languageId, 1400));
-    Frame2->setTitle(TextCatalogue::text(languageId, 1401));
+void NumMonitorWindow::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionMonitor));
+    Frame1->setTitle(TextCatalogue::text(languageId, Text::MonitorServoStatus));
+    Frame2->setTitle(TextCatalogue::text(languageId, Text::MonitorNumericalMonitor));
     const std::array<QString, ServoStatusView::BitCount> statusNames{
-        TextCatalogue::text(languageId, 1402), TextCatalogue::text(languageId, 1403),
-        TextCatalogue::text(languageId, 1404), TextCatalogue::text(languageId, 1405),
-        TextCatalogue::text(languageId, 1406), TextCatalogue::text(languageId, 1407),
-        TextCatalogue::text(languageId, 1408), TextCatalogue::text(languageId, 1409),
-        TextCatalogue::text(languageId, 1410), TextCatalogue::text(languageId, 1411),
-        TextCatalogue::text(languageId, 1412), TextCatalogue::text(languageId, 1413),
-        TextCatalogue::text(languageId, 1414), TextCatalogue::text(languageId, 1415),
-        TextCatalogue::text(languageId, 1416), TextCatalogue::text(languageId, 1417)};
+        TextCatalogue::text(languageId, Text::MonitorServoOn),
+        TextCatalogue::text(languageId, Text::MonitorAlarm),
+        TextCatalogue::text(languageId, Text::MonitorEMCStop),
+        TextCatalogue::text(languageId, Text::MonitorInposition),
+        TextCatalogue::text(languageId, Text::MonitorRunPlus),
+        TextCatalogue::text(languageId, Text::MonitorRUNMinus),
+        TextCatalogue::text(languageId, Text::MonitorComPlus),
+        TextCatalogue::text(languageId, Text::MonitorComMinus),
+        TextCatalogue::text(languageId, Text::MonitorPlusOT),
+        TextCatalogue::text(languageId, Text::MonitorMinusOT),
+        TextCatalogue::text(languageId, Text::MonitorResoSel),
+        TextCatalogue::text(languageId, Text::MonitorTQLimit),
+        TextCatalogue::text(languageId, Text::MonitorVelLimit),
+        TextCatalogue::text(languageId, Text::MonitorPointMove),
+        TextCatalogue::text(languageId, Text::MonitorZrtnLS),
+        TextCatalogue::text(languageId, Text::MonitorZrtnFin)};
     const std::array<QString, MonitorSnapshot::ValueCount> valueNames{
-        TextCatalogue::text(languageId, 1418), TextCatalogue::text(languageId, 1419),
-        TextCatalogue::text(languageId, 1420), TextCatalogue::text(languageId, 1421),
-        TextCatalogue::text(languageId, 1422), TextCatalogue::text(languageId, 1423),
-        TextCatalogue::text(languageId, 1424), TextCatalogue::text(languageId, 1425),
-        TextCatalogue::text(languageId, 1426), TextCatalogue::text(languageId, 1427),
-        TextCatalogue::text(languageId, 1428), TextCatalogue::text(languageId, 1429),
-        TextCatalogue::text(languageId, 1432)};
+        TextCatalogue::text(languageId, Text::MonitorNowPosition),
+        TextCatalogue::text(languageId, Text::MonitorPositionCom),
+        TextCatalogue::text(languageId, Text::MonitorPosDeviation),
+        TextCatalogue::text(languageId, Text::MonitorRestComPulse),
+        TextCatalogue::text(languageId, Text::MonitorNowVelocity),
+        TextCatalogue::text(languageId, Text::MonitorComVelocity),
+        TextCatalogue::text(languageId, Text::MonitorTorqueCom),
+        TextCatalogue::text(languageId, Text::MonitorStartPointNum),
+        TextCatalogue::text(languageId, Text::MonitorNowPointNum),
+        TextCatalogue::text(languageId, Text::MonitorNextPointNum),
+        TextCatalogue::text(languageId, Text::MonitorTorqueLimit),
+        TextCatalogue::text(languageId, Text::MonitorDECMinusZPulse),
+        TextCatalogue::text(languageId, Text::MonitorTorquePeak)};
     for (std::size_t k = 0; k < statusNames.size(); ++k) {
         Label1[k]->setText(statusNames[k]);
         // A screen reader reads the state under the name of its bit.
         spoken::setName(LabelStatus[k], statusNames[k]);
         // What the bit means, on its name and on its state alike.
-        const QString meaning = TextCatalogue::text(languageId, 1178 + static_cast<int>(k));
+        const QString meaning =
+            TextCatalogue::text(languageId, Text::StatusBitHelp0, static_cast<int>(k));
         Label1[k]->setToolTip(meaning);
         LabelStatus[k]->setToolTip(meaning);
     }
@@ -162,10 +177,10 @@ void NumMonitorWindow::LanguageSelect(int languageId) {
         spoken::setName(LabelNumMon[k], valueNames[k]);
         LabelNumMon[k]->setAccessibleDescription(Label3[k]->text());
     }
-    Label4->setText(TextCatalogue::text(languageId, 1430));
+    Label4->setText(TextCatalogue::text(languageId, Text::MonitorRealTimeMonitor));
     for (QPushButton* button : LabelRtMon)
         button->setAccessibleDescription(Label4->text());
-    CmdTrqPeakReset->setText(TextCatalogue::text(languageId, 1431));
+    CmdTrqPeakReset->setText(TextCatalogue::text(languageId, Text::MonitorTorquePeakReset));
 }
 
 void NumMonitorWindow::EnableControls(bool enable) {

@@ -2,6 +2,7 @@
 
 #include "core/monitor/MonitorSnapshot.h"
 #include "core/monitor/ServoStatusView.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QTimer>
@@ -31,7 +32,7 @@ public:
     NumMonitorWindow(RealTimeMonitor& monitor, const LinkState& link, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(NumMonitorWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     // The torque peak reset follows enable only on drives that know it.
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;

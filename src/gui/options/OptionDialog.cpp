@@ -100,28 +100,28 @@ void OptionDialog::buildLayout() {
     connect(TxtRetryTime, &QLineEdit::editingFinished, this, &OptionDialog::TxtRetryTime_LostFocus);
 }
 
-void OptionDialog::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1060));
-    Label1->setText(TextCatalogue::text(languageId, 1906));
-    ChkRtmon->setText(TextCatalogue::text(languageId, 1907));
-    ChkAxisCtn->setText(TextCatalogue::text(languageId, 1908));
-    Frame2->setTitle(TextCatalogue::text(languageId, 1909));
-    Label2->setText(TextCatalogue::text(languageId, 1910));
+void OptionDialog::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionOption));
+    Label1->setText(TextCatalogue::text(languageId, Text::OptionsRetryTimeMs));
+    ChkRtmon->setText(TextCatalogue::text(languageId, Text::OptionsRealTimeMonitor));
+    ChkAxisCtn->setText(TextCatalogue::text(languageId, Text::OptionsPrm0AxisNoChangeCaution));
+    Frame2->setTitle(TextCatalogue::text(languageId, Text::OptionsParameter145Connect));
+    Label2->setText(TextCatalogue::text(languageId, Text::OptionsWhenParameter1Changed));
     CmbConnectSel->clear();
-    CmbConnectSel->addItems({TextCatalogue::text(languageId, 1911),
-                             TextCatalogue::text(languageId, 1912),
-                             TextCatalogue::text(languageId, 1913)});
-    ChkPrmCngCtn->setText(TextCatalogue::text(languageId, 1914));
-    CmdOkCancel[0]->setText(TextCatalogue::text(languageId, 1915));
-    CmdOkCancel[1]->setText(TextCatalogue::text(languageId, 1916));
-    Frame1->setTitle(TextCatalogue::text(languageId, 1900));
-    LblDataKind[0]->setText(TextCatalogue::text(languageId, 1901));
-    LblDataKind[1]->setText(TextCatalogue::text(languageId, 1902));
-    LblDataKind[2]->setText(TextCatalogue::text(languageId, 1903));
+    CmbConnectSel->addItems({TextCatalogue::text(languageId, Text::OptionsSelectEverytime),
+                             TextCatalogue::text(languageId, Text::OptionsConnect),
+                             TextCatalogue::text(languageId, Text::OptionsNotConnect)});
+    ChkPrmCngCtn->setText(TextCatalogue::text(languageId, Text::OptionsConnectCautionDialog));
+    CmdOkCancel[0]->setText(TextCatalogue::text(languageId, Text::OptionsOK));
+    CmdOkCancel[1]->setText(TextCatalogue::text(languageId, Text::OptionsCancel));
+    Frame1->setTitle(TextCatalogue::text(languageId, Text::OptionsNonVolatileMemoryWrite));
+    LblDataKind[0]->setText(TextCatalogue::text(languageId, Text::OptionsParameter));
+    LblDataKind[1]->setText(TextCatalogue::text(languageId, Text::OptionsPointTable));
+    LblDataKind[2]->setText(TextCatalogue::text(languageId, Text::OptionsVelocityATCTorque));
     for (QComboBox* choice : CmbWriteSel) {
         choice->clear();
-        choice->addItems(
-            {TextCatalogue::text(languageId, 1904), TextCatalogue::text(languageId, 1905)});
+        choice->addItems({TextCatalogue::text(languageId, Text::OptionsRamOnly),
+                          TextCatalogue::text(languageId, Text::OptionsMemoryWrite)});
     }
 }
 

@@ -5,6 +5,8 @@
 #include <array>
 #include <functional>
 
+#include "core/shared/Language.h"
+
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -35,7 +37,7 @@ public:
     ~OptionDialog() override;
     Q_DISABLE_COPY_MOVE(OptionDialog)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
 
 protected:
     void showEvent(QShowEvent* event) override;

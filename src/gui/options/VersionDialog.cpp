@@ -53,11 +53,11 @@ VersionDialog::VersionDialog(const LinkState& state, QWidget* parent)
     grid->addWidget(CmdOk, 4, 1, Qt::AlignRight);
 }
 
-void VersionDialog::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1059));
-    Label2->setText(TextCatalogue::text(languageId, 1650));
-    Label3->setText(TextCatalogue::text(languageId, 1651));
-    Label5->setText(TextCatalogue::text(languageId, 1652));
+void VersionDialog::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionVersion));
+    Label2->setText(TextCatalogue::text(languageId, Text::VersionPcSoftware));
+    Label3->setText(TextCatalogue::text(languageId, Text::VersionCopyright));
+    Label5->setText(TextCatalogue::text(languageId, Text::VersionDriveSoftware));
 }
 
 QString VersionDialog::formatVersion(int versionTimes100) {

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include "core/shared/Language.h"
+
 class QLabel;
 
 namespace velora {
@@ -17,7 +19,7 @@ public:
 
     explicit VersionDialog(const LinkState& state, QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
 
     // A version x 100 as "0.00": 110 gives "1.10", 5 gives "0.05".
     [[nodiscard]] static QString formatVersion(int versionTimes100);

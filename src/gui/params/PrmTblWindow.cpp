@@ -199,16 +199,17 @@ void PrmTblWindow::showMarks() {
         static_cast<int>(std::count(p.ParamChanged.cbegin(), p.ParamChanged.cend(), true));
     if (count != markedShown_) {
         markedShown_ = count;
-        LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1565) +
-                             QString::number(count));
+        LabelMarked->setText(
+            TextCatalogue::text(global_.Link.LanguageId, Text::ParamParametersMarkedWriting) +
+            QString::number(count));
     }
     if (ChkChangedOnly->isChecked())
         applyFilter();
 }
 
 void PrmTblWindow::showCaption() {
-    setWindowTitle(
-        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1058), lastFile_));
+    setWindowTitle(tablekit::fileCaption(
+        TextCatalogue::text(global_.Link.LanguageId, Text::CaptionParameter), lastFile_));
 }
 
 void PrmTblWindow::buildButtons() {
@@ -266,27 +267,28 @@ void PrmTblWindow::connectSources() {
             [this](bool shown) { transfer_.setSystemWindowShown(shown); });
 }
 
-void PrmTblWindow::LanguageSelect(int languageId) {
+void PrmTblWindow::LanguageSelect(Language languageId) {
     showCaption();
     for (int n = 0; n < PrmEdit::BoxCount; ++n) {
         const auto i = static_cast<std::size_t>(n);
         Label1[i]->setText(ParamCatalogue::label(languageId, n));
         TxtPrm[i]->setToolTip(paramguide::toolTip(languageId, n));
     }
-    LblPrmFilter->setText(TextCatalogue::text(languageId, 1568));
-    TxtPrmFilter->setPlaceholderText(TextCatalogue::text(languageId, 1570));
-    ChkChangedOnly->setText(TextCatalogue::text(languageId, 1569));
-    tablekit::fitCountLine(
-        LabelMarked, TextCatalogue::text(languageId, 1565) + QString::number(ParamTables::Count));
+    LblPrmFilter->setText(TextCatalogue::text(languageId, Text::ParamFilter));
+    TxtPrmFilter->setPlaceholderText(TextCatalogue::text(languageId, Text::ParamNumberWordsName));
+    ChkChangedOnly->setText(TextCatalogue::text(languageId, Text::ParamShowOnlyChanged));
+    tablekit::fitCountLine(LabelMarked,
+                           TextCatalogue::text(languageId, Text::ParamParametersMarkedWriting) +
+                               QString::number(ParamTables::Count));
     markedShown_ = -1;
     showMarks();
     applyFilter();
     for (const auto& [n, unit] : Label2)
         unit->setText(ParamCatalogue::unitText(languageId, ParamCatalogue::unit(n)));
-    Command[WriteFile]->setText(TextCatalogue::text(languageId, 1561));
-    Command[ReadFile]->setText(TextCatalogue::text(languageId, 1562));
-    Command[WriteServo]->setText(TextCatalogue::text(languageId, 1563));
-    Command[ReadServo]->setText(TextCatalogue::text(languageId, 1564));
+    Command[WriteFile]->setText(TextCatalogue::text(languageId, Text::ParamWriteFile));
+    Command[ReadFile]->setText(TextCatalogue::text(languageId, Text::ParamReadFile));
+    Command[WriteServo]->setText(TextCatalogue::text(languageId, Text::ParamWriteServo));
+    Command[ReadServo]->setText(TextCatalogue::text(languageId, Text::ParamReadServo));
     driveLine_->refresh();
 }
 

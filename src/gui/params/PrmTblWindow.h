@@ -2,6 +2,7 @@
 
 #include "core/params/ParamEdit.h"
 #include "core/params/ParamEditOutcome.h"
+#include "core/shared/Language.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QList>
@@ -41,7 +42,7 @@ public:
     ~PrmTblWindow() override;
     Q_DISABLE_COPY_MOVE(PrmTblWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;
 

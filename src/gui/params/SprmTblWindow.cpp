@@ -18,7 +18,7 @@ namespace velora {
 namespace {
 
 // The captions are the same in every language.
-constexpr int CaptionLanguage = 1;
+constexpr Language CaptionLanguage = Language::Japanese;
 
 }  // namespace
 

@@ -159,26 +159,30 @@ void PointTblWindow::connectSources() {
     connect(file_, &PointFile::fileLoaded, this, &PointTblWindow::applyControls);
 }
 
-void PointTblWindow::LanguageSelect(int languageId) {
-    setWindowTitle(TextCatalogue::text(languageId, 1057));
+void PointTblWindow::LanguageSelect(Language languageId) {
+    setWindowTitle(TextCatalogue::text(languageId, Text::CaptionPointTable));
     showCaption();
     for (int i = 0; i < PointTables::Count; ++i)
         LabelTitle[static_cast<std::size_t>(i)]->setText(
-            TextCatalogue::text(languageId, 1450 + i % PointEdit::PointsPerTab));
+            TextCatalogue::text(languageId, Text::PointTablePointNo, i % PointEdit::PointsPerTab));
     // Each box is found by what a person sees: its row heading and its column heading.
     for (int p = 0; p < PointTables::Count; ++p) {
         for (int f = 0; f < PointEdit::FieldCount; ++f) {
             boxes_[static_cast<std::size_t>(p)][static_cast<std::size_t>(f)]->setAccessibleName(
                 QStringLiteral("Point%1 %2")
                     .arg(p)
-                    .arg(TextCatalogue::text(languageId, 1451 + f).trimmed()));
+                    .arg(TextCatalogue::text(languageId, Text::PointTablePosTor, f).trimmed()));
         }
     }
     for (int i = 0; i < ButtonCount; ++i)
-        Command[static_cast<std::size_t>(i)]->setText(TextCatalogue::text(languageId, 1458 + i));
-    CmdJoin->setText(TextCatalogue::text(languageId, global_.TablesJoined ? 1463 : 1462));
-    tablekit::fitCountLine(
-        LabelMarked, TextCatalogue::text(languageId, 1860) + QString::number(PointTables::Count));
+        Command[static_cast<std::size_t>(i)]->setText(
+            TextCatalogue::text(languageId, Text::PointTableWriteFile, i));
+    CmdJoin->setText(TextCatalogue::text(languageId, global_.TablesJoined
+                                                         ? Text::PointTableSeparateTable
+                                                         : Text::PointTableJoinComTable));
+    tablekit::fitCountLine(LabelMarked,
+                           TextCatalogue::text(languageId, Text::TablePointsMarkedWriting) +
+                               QString::number(PointTables::Count));
     markedShown_ = -1;
     showMarks();
     driveLine_->refresh();
@@ -189,8 +193,8 @@ void PointTblWindow::showOrigin() {
 }
 
 void PointTblWindow::showCaption() {
-    setWindowTitle(
-        tablekit::fileCaption(TextCatalogue::text(global_.Link.LanguageId, 1057), lastFile_));
+    setWindowTitle(tablekit::fileCaption(
+        TextCatalogue::text(global_.Link.LanguageId, Text::CaptionPointTable), lastFile_));
 }
 
 void PointTblWindow::EnableControls(bool enable) {
@@ -237,7 +241,9 @@ void PointTblWindow::CmdJoin_Click() {
 
 void PointTblWindow::setJoined(bool joined) {
     global_.TablesJoined = joined;
-    CmdJoin->setText(TextCatalogue::text(global_.Link.LanguageId, joined ? 1463 : 1462));
+    CmdJoin->setText(
+        TextCatalogue::text(global_.Link.LanguageId,
+                            joined ? Text::PointTableSeparateTable : Text::PointTableJoinComTable));
 }
 
 void PointTblWindow::showAllPoints() {
@@ -296,8 +302,9 @@ void PointTblWindow::showMarks() {
     if (count == markedShown_)
         return;
     markedShown_ = count;
-    LabelMarked->setText(TextCatalogue::text(global_.Link.LanguageId, 1860) +
-                         QString::number(count));
+    LabelMarked->setText(
+        TextCatalogue::text(global_.Link.LanguageId, Text::TablePointsMarkedWriting) +
+        QString::number(count));
 }
 
 bool PointTblWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/pointtable/PointEdit.h"
+#include "core/shared/Language.h"
 #include "core/shared/PointTables.h"
 #include "gui/shared/ChildWindow.h"
 
@@ -39,7 +40,7 @@ public:
     ~PointTblWindow() override;
     Q_DISABLE_COPY_MOVE(PointTblWindow)
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;
 

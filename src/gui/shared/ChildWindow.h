@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "core/shared/Language.h"
+
 class QCloseEvent;
 
 namespace velora {
@@ -17,7 +19,7 @@ public:
     explicit ChildWindow(const QString& name, QWidget* parent = nullptr);
 
     // The caption and every catalogue text of the window, in the language given.
-    virtual void LanguageSelect(int languageId) = 0;
+    virtual void LanguageSelect(Language languageId) = 0;
 
     // The command-sending controls follow enable; the transfer buttons with them.
     virtual void EnableControls(bool enable);

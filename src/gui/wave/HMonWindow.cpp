@@ -145,12 +145,12 @@ void HMonWindow::connectControls() {
     }
     connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
     connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
-    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(1338); });
-    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(1339); });
+    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(Text::WaveTriggerWaiting); });
+    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(Text::WaveTriggered); });
     connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
 }
 
-void HMonWindow::formLoad(int languageId) {
+void HMonWindow::formLoad(Language languageId) {
     // The stored choices, restored without sending anything.
     loading_ = true;
     const WaveMonSettings& w = global_.WaveMon;
@@ -171,13 +171,13 @@ void HMonWindow::formLoad(int languageId) {
     scope_->redraw();
 }
 
-void HMonWindow::LanguageSelect(int languageId) {
+void HMonWindow::LanguageSelect(Language languageId) {
     if (!loaded_)
         formLoad(languageId);
     else
         panel_->fillLists(languageId, global_.WaveMon);
-    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
-    setWindowTitle(text(1054));
+    const auto text = [languageId](Text id) { return TextCatalogue::text(languageId, id); };
+    setWindowTitle(text(Text::CaptionWaveMonitor));
     panel_->LanguageSelect(languageId);
     scope_->LanguageSelect(languageId);
 }
@@ -232,7 +232,7 @@ void HMonWindow::setWaveCancelEnabled(bool enable) {
     refreshCancel();
 }
 
-void HMonWindow::onArmed(int statusText) {
+void HMonWindow::onArmed(Text statusText) {
     panel_->LblJap->setText(TextCatalogue::text(global_.Link.LanguageId, statusText));
     panel_->LblT->clear();
     panel_->LblEng->clear();
@@ -360,7 +360,7 @@ bool HMonWindow::writeFile(const QString& path) {
     s.TrigPosPercent = wave::percentFromTriggerPosition(global_.Wave.TriggerPosition);
     if (WaveFile::write(path, s, global_.Wave) == WaveFile::Status::Ok)
         return true;
-    showFileError(1890);
+    showFileError(Text::ScopeFileCannotBeOpened);
     return false;
 }
 
@@ -368,18 +368,19 @@ bool HMonWindow::readFile(const QString& path) {
     if (path.isEmpty())
         return false;
     const WaveFile::ReadResult read = WaveFile::read(path);
-    const int lang = global_.Link.LanguageId;
+    const Language lang = global_.Link.LanguageId;
     switch (read.status) {
         case WaveFile::Status::Ok:
             break;
         case WaveFile::Status::Identification:
-            engine_.showError(TextCatalogue::text(lang, 1700), TextCatalogue::text(lang, 1701));
+            engine_.showError(TextCatalogue::text(lang, Text::MsgIdentificationError),
+                              TextCatalogue::text(lang, Text::MsgIdentificationErrorCaption));
             return false;
         case WaveFile::Status::Malformed:
-            showFileError(1889, read.line);
+            showFileError(Text::ScopeLineFileCannotBe, read.line);
             return false;
         case WaveFile::Status::CannotOpen:
-            showFileError(1890);
+            showFileError(Text::ScopeFileCannotBeOpened);
             return false;
     }
     // Each choice as if the user had made it, with its effects.
@@ -398,13 +399,14 @@ bool HMonWindow::readFile(const QString& path) {
     return true;
 }
 
-void HMonWindow::showFileError(int detailText, int line) {
-    const int lang = global_.Link.LanguageId;
+void HMonWindow::showFileError(Text detailText, int line) {
+    const Language lang = global_.Link.LanguageId;
     QString detail = TextCatalogue::text(lang, detailText);
     if (line > 0)
         detail = detail.arg(line);
-    engine_.showError(TextCatalogue::text(lang, 1724) + QLatin1Char('\n') + detail,
-                      TextCatalogue::text(lang, 1725));
+    engine_.showError(
+        TextCatalogue::text(lang, Text::MsgFileAccessError) + QLatin1Char('\n') + detail,
+        TextCatalogue::text(lang, Text::MsgFileAccessErrorCaption));
 }
 
 void HMonWindow::CmdImage_Click(int index) {
@@ -415,7 +417,7 @@ void HMonWindow::CmdImage_Click(int index) {
     }
     const QString path = chooseFile(true, true);
     if (!path.isEmpty() && !image.save(path, "PNG"))
-        showFileError(1890);
+        showFileError(Text::ScopeFileCannotBeOpened);
 }
 
 }  // namespace velora

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/shared/Language.h"
+#include "core/shared/TextId.h"
 #include "gui/shared/ChildWindow.h"
 
 #include <QImage>
@@ -21,7 +23,7 @@ class HMonWindow : public ChildWindow {
 public:
     HMonWindow(Global& global, LinkEngine& engine, WaveCapture& capture, QWidget* parent = nullptr);
 
-    void LanguageSelect(int languageId) override;
+    void LanguageSelect(Language languageId) override;
     void EnableControls(bool enable) override;
     void DisableTransferButtons() override;
 
@@ -47,7 +49,7 @@ public:
 private:
     void buildControls();
     void connectControls();
-    void formLoad(int languageId);
+    void formLoad(Language languageId);
 
     void CmdRun_Click();
     void CmdCancel_Click();
@@ -58,10 +60,10 @@ private:
     void zeroEntered(int channel);
     void placeTrigger(int triggerPosition);
     void placeZero(int channel, int level);
-    void onArmed(int statusText);
+    void onArmed(Text statusText);
     void refreshCancel();
     [[nodiscard]] QString chooseFile(bool save, bool image);
-    void showFileError(int detailText, int line = 0);
+    void showFileError(Text detailText, int line = 0);
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     Global& global_;

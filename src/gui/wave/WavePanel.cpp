@@ -191,61 +191,65 @@ void WavePanel::placeBusyPanel() {
     PictYomitorichu->raise();
 }
 
-void WavePanel::LanguageSelect(int languageId) {
-    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
+void WavePanel::LanguageSelect(Language languageId) {
+    const auto text = [languageId](Text id) { return TextCatalogue::text(languageId, id); };
     for (int i = 0; i < 4; ++i)
-        Label[static_cast<std::size_t>(i)]->setText(text(1300 + i));
-    Frame1->setTitle(text(1337));
-    Frame2->setTitle(text(1304));
-    Frame3->setTitle(text(1305));
-    Frame4->setTitle(text(1306));
-    Label5->setText(text(1307));
-    Label8->setText(text(1308));
-    Label9->setText(text(1309));
-    Label10->setText(text(1310));
-    Label11->setText(text(1311));
-    Label12->setText(text(1312));
-    CmdFile[0]->setText(text(1313));
-    CmdFile[1]->setText(text(1314));
-    CmdCancel->setText(text(1315));
-    CmdRun->setText(text(1880));
-    CmdImage[0]->setText(text(1881));
-    CmdImage[1]->setText(text(1882));
-    ImgEdge->setToolTip(text(1322));
-    ImgEdge->setAccessibleName(text(1322));
-    ImgWave->setToolTip(text(1323));
-    ImgWave->setAccessibleName(text(1323));
+        Label[static_cast<std::size_t>(i)]->setText(
+            TextCatalogue::text(languageId, Text::WaveTriggerSource, i));
+    Frame1->setTitle(text(Text::WaveTriggerMenu));
+    Frame2->setTitle(text(Text::WaveCH1Velocity));
+    Frame3->setTitle(text(Text::WaveHorizontal));
+    Frame4->setTitle(text(Text::WaveCH2Torque));
+    Label5->setText(text(Text::WaveScaleRpmDiv));
+    Label8->setText(text(Text::WaveZeroLevelCh1));
+    Label9->setText(text(Text::WaveScalePercentDiv));
+    Label10->setText(text(Text::WaveZeroLevelCh2));
+    Label11->setText(text(Text::WaveScaleMsDiv));
+    Label12->setText(text(Text::WaveTrigPos));
+    CmdFile[0]->setText(text(Text::WaveReadFile));
+    CmdFile[1]->setText(text(Text::WaveWriteFile));
+    CmdCancel->setText(text(Text::WaveCancel));
+    CmdRun->setText(text(Text::ScopeRun));
+    CmdImage[0]->setText(text(Text::ScopeCopyImage));
+    CmdImage[1]->setText(text(Text::ScopeSaveImagePNG));
+    ImgEdge->setToolTip(text(Text::WaveTriggerEdgeSelect));
+    ImgEdge->setAccessibleName(text(Text::WaveTriggerEdgeSelect));
+    ImgWave->setToolTip(text(Text::WavePreviousWaveDisplay));
+    ImgWave->setAccessibleName(text(Text::WavePreviousWaveDisplay));
 }
 
-void WavePanel::fillLists(int languageId, const WaveMonSettings& w) {
+void WavePanel::fillLists(Language languageId, const WaveMonSettings& w) {
     // Refilled in each language, keeping the choices.
-    const auto fill = [languageId](QComboBox* box, int first, int count, int index) {
+    const auto fill = [languageId](QComboBox* box, Text first, int count, int index) {
         const QSignalBlocker block(box);
         box->clear();
         for (int i = 0; i < count; ++i)
-            box->addItem(TextCatalogue::text(languageId, first + i));
+            box->addItem(TextCatalogue::text(languageId, first, i));
         box->setCurrentIndex(index);
     };
-    fill(CmbTrig, 1324, wave::SourceCount, w.Trig);
-    fill(CmbLgcSel, 1328, wave::LogicCount, w.LgcSel);
-    fill(CmbEdge, 1331, wave::EdgeCount, w.Edge);
-    fill(CmbWave, 1335, wave::WaveModeCount, w.Wave);
+    fill(CmbTrig, Text::WaveVelocity, wave::SourceCount, w.Trig);
+    fill(CmbLgcSel, Text::WaveFIN, wave::LogicCount, w.LgcSel);
+    fill(CmbEdge, Text::WavePlusUp, wave::EdgeCount, w.Edge);
+    fill(CmbWave, Text::WaveNowPlusPrev, wave::WaveModeCount, w.Wave);
 }
 
-QString WavePanel::settingsLine(int lang, const WaveStore& store) const {
-    const auto text = [lang](int id) { return TextCatalogue::text(lang, id); };
+QString WavePanel::settingsLine(Language lang, const WaveStore& store) const {
+    const auto text = [lang](Text id) { return TextCatalogue::text(lang, id); };
     // Three lines: the channels, the time axis, the trigger.
     return QStringLiteral(
                "%1 %2 %3, %4 %5   %6 %7 %8, %9 %10\n%11 %12 %13, %14 %15\n"
                "%16: %17 %18, %19 %20")
-        .arg(text(1304), text(1307), CmbVelScale->currentText(), text(1308))
+        .arg(text(Text::WaveCH1Velocity), text(Text::WaveScaleRpmDiv), CmbVelScale->currentText(),
+             text(Text::WaveZeroLevelCh1))
         .arg(store.ZeroLevel[0])
-        .arg(text(1306), text(1309), CmbTqScale->currentText(), text(1310))
+        .arg(text(Text::WaveCH2Torque), text(Text::WaveScalePercentDiv), CmbTqScale->currentText(),
+             text(Text::WaveZeroLevelCh2))
         .arg(store.ZeroLevel[1])
-        .arg(text(1305), text(1311), CmbTimeScale->currentText(), text(1312))
+        .arg(text(Text::WaveHorizontal), text(Text::WaveScaleMsDiv), CmbTimeScale->currentText(),
+             text(Text::WaveTrigPos))
         .arg(wave::percentFromTriggerPosition(store.TriggerPosition))
-        .arg(text(1891), CmbTrig->currentText(), CmbEdge->currentText(), text(1301),
-             CmbLgcSel->currentText());
+        .arg(text(Text::ScopeTriggerOn), CmbTrig->currentText(), CmbEdge->currentText(),
+             text(Text::WaveLogicSignal), CmbLgcSel->currentText());
 }
 
 }  // namespace velora

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "core/shared/Language.h"
+
 class QComboBox;
 class QFrame;
 class QGroupBox;
@@ -28,12 +30,12 @@ public:
     explicit WavePanel(QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(WavePanel)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // The lists whose entries are catalogue texts, in the language given, keeping the choices
     // of the settings; nothing is signalled.
-    void fillLists(int languageId, const WaveMonSettings& settings);
+    void fillLists(Language languageId, const WaveMonSettings& settings);
     // The display and trigger settings in three lines, for the image of the traces.
-    [[nodiscard]] QString settingsLine(int languageId, const WaveStore& store) const;
+    [[nodiscard]] QString settingsLine(Language languageId, const WaveStore& store) const;
 
     QWidget* PictEnable = nullptr;
     QGroupBox* Frame1 = nullptr;

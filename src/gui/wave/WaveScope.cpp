@@ -67,19 +67,23 @@ WaveScope::WaveScope(const Global& global, QWidget* parent) : QWidget(parent), g
     grid->addWidget(TxtDummy1, 0, 1);
 }
 
-void WaveScope::LanguageSelect(int languageId) {
-    const auto text = [languageId](int id) { return TextCatalogue::text(languageId, id); };
-    const std::array<int, 3> pictureTips{1316, 1317, 1318};
+void WaveScope::LanguageSelect(Language languageId) {
+    const auto text = [languageId](Text id) { return TextCatalogue::text(languageId, id); };
+    const std::array<Text, 3> pictureTips{Text::WaveVelocityMonitor, Text::WaveTorqueCommandMonitor,
+                                          Text::WaveLogicSignalMonitor};
     for (std::size_t i = 0; i < Picture1.size(); ++i) {
-        Picture1[i]->setToolTip(text(pictureTips[i]) + QLatin1Char('\n') + text(1888));
+        Picture1[i]->setToolTip(text(pictureTips[i]) + QLatin1Char('\n') +
+                                text(Text::ScopeLeftClickPlacesCursor));
         Picture1[i]->setAccessibleName(text(pictureTips[i]));
     }
-    LblCursor1->setToolTip(text(1319));
-    LblCursor1->setAccessibleName(text(1319));
-    TxtDummy1->setAccessibleName(text(1319));
+    LblCursor1->setToolTip(text(Text::WaveTriggerPosition));
+    LblCursor1->setAccessibleName(text(Text::WaveTriggerPosition));
+    TxtDummy1->setAccessibleName(text(Text::WaveTriggerPosition));
     for (int c = 0; c < 2; ++c) {
-        LblCursor2[static_cast<std::size_t>(c)]->setToolTip(text(1320 + c));
-        LblCursor2[static_cast<std::size_t>(c)]->setAccessibleName(text(1320 + c));
+        LblCursor2[static_cast<std::size_t>(c)]->setToolTip(
+            TextCatalogue::text(languageId, Text::WaveZeroVelocity, c));
+        LblCursor2[static_cast<std::size_t>(c)]->setAccessibleName(
+            TextCatalogue::text(languageId, Text::WaveZeroVelocity, c));
     }
     LblHover->clear();  // its next text comes in the new language
     updateReadout();
@@ -125,8 +129,8 @@ void WaveScope::showHover(int sample) {
         return;
     }
     const wave::Reading reading = wave::readingAt(global_.Wave, sample, global_.WaveMon.TimeScale);
-    LblHover->setText(TextCatalogue::text(global_.Link.LanguageId, 1886) + QStringLiteral(":  ") +
-                      wave::formatReading(reading));
+    LblHover->setText(TextCatalogue::text(global_.Link.LanguageId, Text::ScopePointer) +
+                      QStringLiteral(":  ") + wave::formatReading(reading));
 }
 
 QImage WaveScope::composeImage(const QString& header) {

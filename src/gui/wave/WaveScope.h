@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "core/shared/Language.h"
+
 class QLabel;
 class QLineEdit;
 
@@ -24,7 +26,7 @@ public:
     explicit WaveScope(const Global& global, QWidget* parent = nullptr);
     Q_DISABLE_COPY_MOVE(WaveScope)
 
-    void LanguageSelect(int languageId);
+    void LanguageSelect(Language languageId);
     // The trigger marker and the trigger line of every picture.
     void showTrigger(int triggerPosition);
     void showZero(int channel, int level);
