@@ -92,23 +92,30 @@ WaveFile::Settings fileSettings(const Global& global) {
     return s;
 }
 
+// The wait for the trigger (--timeout) in seconds; 0 after telling the user what is wrong.
+int readTimeout(CliSession& session, const CliArgs& args) {
+    if (!args.isSet(Timeout))
+        return DefaultTimeoutS;
+    bool ok = false;
+    const int timeoutS = args.value(Timeout).toInt(&ok);
+    // The wait is one timer in milliseconds.
+    if (!ok || timeoutS < 1 || timeoutS > std::numeric_limits<int>::max() / 1000) {
+        session.fail(ExitCode::Usage,
+                     QStringLiteral("--timeout takes whole seconds, 1 to 2147483."));
+        return 0;
+    }
+    return timeoutS;
+}
+
 ExitCode captureWave(CliSession& session, const CliArgs& args) {
     const QString path = args.value(Output);
     if (path.isEmpty()) {
         session.fail(ExitCode::Usage, QStringLiteral("wave capture needs -o FILE.csv."));
         return ExitCode::Usage;
     }
-    int timeoutS = DefaultTimeoutS;
-    if (args.isSet(Timeout)) {
-        bool ok = false;
-        timeoutS = args.value(Timeout).toInt(&ok);
-        // The wait is one timer in milliseconds.
-        if (!ok || timeoutS < 1 || timeoutS > std::numeric_limits<int>::max() / 1000) {
-            session.fail(ExitCode::Usage,
-                         QStringLiteral("--timeout takes whole seconds, 1 to 2147483."));
-            return ExitCode::Usage;
-        }
-    }
+    const int timeoutS = readTimeout(session, args);
+    if (timeoutS == 0)
+        return ExitCode::Usage;
     if (const QString wrong = chooseSettings(session.global(), args); !wrong.isEmpty()) {
         session.fail(ExitCode::Usage, wrong);
         return ExitCode::Usage;

@@ -62,6 +62,30 @@ CommSettings::~CommSettings() {
         box->disconnect(this);
 }
 
+QGridLayout* CommSettings::buildPortList() {
+    Label6 = new QLabel(this);
+    Label6->setObjectName(QStringLiteral("Label6"));
+    PortList = new PortListView(this);
+    Label6->setBuddy(PortList);
+    CmdPortRefresh = new QPushButton(this);
+    CmdPortRefresh->setObjectName(QStringLiteral("CmdPortRefresh"));
+    LblPortChoice = new QLabel(this);
+    LblPortChoice->setObjectName(QStringLiteral("LblPortChoice"));
+    LblPortChoice->setWordWrap(true);
+    connect(PortList, &PortListView::portChosen, this, &CommSettings::onPortChosen);
+    connect(CmdPortRefresh, &QPushButton::clicked, this, &CommSettings::fillPortList);
+    connect(TxtCOMnum, &QLineEdit::textEdited, this, [this] {
+        deviceChoice_ = QString();
+        LblPortChoice->clear();
+    });
+    auto* ports = new QGridLayout;
+    ports->addWidget(Label6, 0, 0);
+    ports->addWidget(CmdPortRefresh, 0, 1, Qt::AlignRight);
+    ports->addWidget(PortList, 1, 0, 1, 2);
+    ports->addWidget(LblPortChoice, 2, 0, 1, 2);
+    return ports;
+}
+
 void CommSettings::buildLayout() {
     auto* grid = new QGridLayout(this);
     const auto label = [this](const QString& name) {
@@ -89,18 +113,7 @@ void CommSettings::buildLayout() {
     Label4 = label(QStringLiteral("Label4"));
     TxtCOMnum = new QLineEdit(this);
     TxtCOMnum->setObjectName(QStringLiteral("TxtCOMnum"));
-    Label6 = label(QStringLiteral("Label6"));
-    PortList = new PortListView(this);
-    Label6->setBuddy(PortList);
-    CmdPortRefresh = button(QStringLiteral("CmdPortRefresh"));
-    LblPortChoice = label(QStringLiteral("LblPortChoice"));
-    LblPortChoice->setWordWrap(true);
-    connect(PortList, &PortListView::portChosen, this, &CommSettings::onPortChosen);
-    connect(CmdPortRefresh, &QPushButton::clicked, this, &CommSettings::fillPortList);
-    connect(TxtCOMnum, &QLineEdit::textEdited, this, [this] {
-        deviceChoice_ = QString();
-        LblPortChoice->clear();
-    });
+    QGridLayout* ports = buildPortList();  // made here: the tab order follows
     Label1 = label(QStringLiteral("Label1"));
     TextAxisNum = new QLineEdit(this);
     TextAxisNum->setObjectName(QStringLiteral("TextAxisNum"));
@@ -118,11 +131,6 @@ void CommSettings::buildLayout() {
 
     grid->addWidget(Label4, 1, 0);
     grid->addWidget(TxtCOMnum, 1, 1);
-    auto* ports = new QGridLayout;
-    ports->addWidget(Label6, 0, 0);
-    ports->addWidget(CmdPortRefresh, 0, 1, Qt::AlignRight);
-    ports->addWidget(PortList, 1, 0, 1, 2);
-    ports->addWidget(LblPortChoice, 2, 0, 1, 2);
     grid->addLayout(ports, 2, 0, 1, 3);
     grid->addWidget(Label1, 3, 0);
     grid->addWidget(TextAxisNum, 3, 1);

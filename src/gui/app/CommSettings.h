@@ -11,6 +11,7 @@
 #include <optional>
 
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -65,6 +66,8 @@ protected:
 
 private:
     void buildLayout();
+    // The device list under the port number, with its refresh button and the chosen device.
+    QGridLayout* buildPortList();
     void activate();
     void fillBaudList(bool usb);
     void selectBaud(const QString& rate);

@@ -70,6 +70,14 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     // A long device name must not widen the main window beyond a small screen.
     LblConnection->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
+    arrange(row);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    // The first look is drawn at once, not a refresh interval later.
+    refreshTimer_.stop();
+    refresh();
+}
+
+void SystemBar::arrange(QHBoxLayout* row) {
     row->addWidget(Label1);
     row->addWidget(ShpStatus[0]);
     row->addSpacing(8);
@@ -87,10 +95,6 @@ SystemBar::SystemBar(LinkEngine& engine, QWidget* parent) : QWidget(parent), eng
     row->addWidget(LblCom);
     row->addSpacing(8);
     row->addWidget(LblDateTime);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    // The first look is drawn at once, not a refresh interval later.
-    refreshTimer_.stop();
-    refresh();
 }
 
 void SystemBar::LanguageSelect(Language languageId) {

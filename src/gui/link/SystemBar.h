@@ -10,6 +10,7 @@
 
 #include "core/shared/Language.h"
 
+class QHBoxLayout;
 class QLabel;
 
 namespace velora {
@@ -58,6 +59,8 @@ private:
             return first == other.first && second == other.second;
         }
     };
+    // Places the built labels in one row: the lamps, servo on, axis, link, the clock last.
+    void arrange(QHBoxLayout* row);
     void scheduleRefresh();
     void refresh();
 

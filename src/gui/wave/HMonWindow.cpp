@@ -104,6 +104,22 @@ void HMonWindow::connectControls() {
                                          wave::WaveModeCount);
     });
 
+    connectPlacements();
+
+    for (int i = 0; i < 2; ++i) {
+        connect(panel_->CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+                [this, i] { CmdFile_Click(i); });
+        connect(panel_->CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+                [this, i] { CmdImage_Click(i); });
+    }
+    connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
+    connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
+    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(Text::WaveTriggerWaiting); });
+    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(Text::WaveTriggered); });
+    connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
+}
+
+void HMonWindow::connectPlacements() {
     // The percent boxes: a list entry at once, a typed one when the box is left or on Enter.
     connect(panel_->CmbTrigPos, &QComboBox::activated, this, [this](int i) {
         placeTrigger(wave::triggerPositionFromPercent(panel_->CmbTrigPos->itemText(i).toInt()));
@@ -136,18 +152,6 @@ void HMonWindow::connectControls() {
         connect(scope_->LblCursor2[k], &MarkerStrip::stepRequested, this, step);
         connect(scope_->Picture1[k], &WaveTrace::zeroStep, this, step);
     }
-
-    for (int i = 0; i < 2; ++i) {
-        connect(panel_->CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
-                [this, i] { CmdFile_Click(i); });
-        connect(panel_->CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
-                [this, i] { CmdImage_Click(i); });
-    }
-    connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
-    connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
-    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(Text::WaveTriggerWaiting); });
-    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(Text::WaveTriggered); });
-    connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
 }
 
 void HMonWindow::formLoad(Language languageId) {

@@ -49,6 +49,8 @@ public:
 private:
     void buildControls();
     void connectControls();
+    // The trigger position and the zero levels, from their boxes and their markers.
+    void connectPlacements();
     void formLoad(Language languageId);
 
     void CmdRun_Click();
