@@ -140,14 +140,21 @@ void CommSettings::buildLayout() {
     grid->addWidget(TxtReplyWait, 5, 1);
     grid->addWidget(CmdReplyWait, 5, 2);
 
-    CmdSrch = button(QStringLiteral("CmdSrch"));
-    Label5 = label(QStringLiteral("Label5"));
+    buildActions(grid);
+}
+
+void CommSettings::buildActions(QGridLayout* grid) {
+    CmdSrch = new QPushButton(this);
+    CmdSrch->setObjectName(QStringLiteral("CmdSrch"));
+    Label5 = new QLabel(this);
+    Label5->setObjectName(QStringLiteral("Label5"));
     grid->addWidget(CmdSrch, 6, 0);
     grid->addWidget(Label5, 6, 1, 1, 2);
 
     auto* buttons = new QHBoxLayout;
     for (int i = 0; i < 3; ++i) {
-        QPushButton* b = button(QStringLiteral("Command(%1)").arg(i));
+        auto* b = new QPushButton(this);
+        b->setObjectName(QStringLiteral("Command(%1)").arg(i));
         connect(b, &QPushButton::clicked, this, [this, i] { Command_Click(i); });
         buttons->addWidget(b);
         Command[static_cast<std::size_t>(i)] = b;

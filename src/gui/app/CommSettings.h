@@ -68,6 +68,8 @@ private:
     void buildLayout();
     // The device list under the port number, with its refresh button and the chosen device.
     QGridLayout* buildPortList();
+    // Search, OK/Cancel/Apply, and what the number boxes do when they are left.
+    void buildActions(QGridLayout* grid);
     void activate();
     void fillBaudList(bool usb);
     void selectBaud(const QString& rate);

@@ -106,17 +106,7 @@ void HMonWindow::connectControls() {
 
     connectPlacements();
 
-    for (int i = 0; i < 2; ++i) {
-        connect(panel_->CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
-                [this, i] { CmdFile_Click(i); });
-        connect(panel_->CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
-                [this, i] { CmdImage_Click(i); });
-    }
-    connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
-    connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
-    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(Text::WaveTriggerWaiting); });
-    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(Text::WaveTriggered); });
-    connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
+    connectButtons();
 }
 
 void HMonWindow::connectPlacements() {
@@ -152,6 +142,20 @@ void HMonWindow::connectPlacements() {
         connect(scope_->LblCursor2[k], &MarkerStrip::stepRequested, this, step);
         connect(scope_->Picture1[k], &WaveTrace::zeroStep, this, step);
     }
+}
+
+void HMonWindow::connectButtons() {
+    for (int i = 0; i < 2; ++i) {
+        connect(panel_->CmdFile[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+                [this, i] { CmdFile_Click(i); });
+        connect(panel_->CmdImage[static_cast<std::size_t>(i)], &QPushButton::clicked, this,
+                [this, i] { CmdImage_Click(i); });
+    }
+    connect(panel_->CmdRun, &QPushButton::clicked, this, &HMonWindow::CmdRun_Click);
+    connect(panel_->CmdCancel, &QPushButton::clicked, this, &HMonWindow::CmdCancel_Click);
+    connect(&capture_, &WaveCapture::armed, this, [this] { onArmed(Text::WaveTriggerWaiting); });
+    connect(&capture_, &WaveCapture::triggered, this, [this] { onArmed(Text::WaveTriggered); });
+    connect(&capture_, &WaveCapture::recordReceived, scope_, &WaveScope::redraw);
 }
 
 void HMonWindow::formLoad(Language languageId) {

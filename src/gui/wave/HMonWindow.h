@@ -51,6 +51,8 @@ private:
     void connectControls();
     // The trigger position and the zero levels, from their boxes and their markers.
     void connectPlacements();
+    // File, image, Start and Cancel, and the capture's progress shown.
+    void connectButtons();
     void formLoad(Language languageId);
 
     void CmdRun_Click();

@@ -50,6 +50,15 @@ QStringList numbers(const std::array<int, N>& list) {
     return texts;
 }
 
+// One row of a settings grid: the label (tied to its box), the box, and an optional button.
+void labelled(QGridLayout* grid, int r, QLabel* label, QWidget* box, QWidget* extra = nullptr) {
+    label->setBuddy(box);
+    grid->addWidget(label, r, 0);
+    grid->addWidget(box, r, 1);
+    if (extra)
+        grid->addWidget(extra, r, 2);
+}
+
 }  // namespace
 
 WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
@@ -57,27 +66,11 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(PictEnable);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(4);
-    const auto labelled = [](QGridLayout* grid, int r, QLabel* label, QWidget* box,
-                             QWidget* extra = nullptr) {
-        label->setBuddy(box);
-        grid->addWidget(label, r, 0);
-        grid->addWidget(box, r, 1);
-        if (extra)
-            grid->addWidget(extra, r, 2);
-    };
-    const auto frame = [this, column](const QString& name) {
-        auto* box = named(new QGroupBox(PictEnable), name);
-        column->addWidget(box);
-        auto* grid = new QGridLayout(box);
-        grid->setContentsMargins(6, 4, 6, 4);
-        grid->setVerticalSpacing(3);
-        return std::pair{box, grid};
-    };
     for (int i = 0; i < 4; ++i)
         Label[static_cast<std::size_t>(i)] =
             named(new QLabel(PictEnable), QStringLiteral("Label%1").arg(i + 1));
 
-    auto [trigger, tGrid] = frame(QStringLiteral("Frame1"));
+    auto [trigger, tGrid] = addFrame(column, QStringLiteral("Frame1"));
     Frame1 = trigger;
     CmbTrig = combo(Frame1, QStringLiteral("CmbTrig"));
     CmbLgcSel = combo(Frame1, QStringLiteral("CmbLgcSel"));
@@ -88,7 +81,7 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     labelled(tGrid, 1, Label[1], CmbLgcSel);
     labelled(tGrid, 2, Label[2], CmbEdge, ImgEdge);
 
-    auto [horizontal, hGrid] = frame(QStringLiteral("Frame3"));
+    auto [horizontal, hGrid] = addFrame(column, QStringLiteral("Frame3"));
     Frame3 = horizontal;
     CmbTimeScale = combo(Frame3, QStringLiteral("CmbTimeScale"));
     CmbTimeScale->addItems(numbers(wave::TimeScaleMs));
@@ -99,8 +92,29 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     labelled(hGrid, 0, Label11, CmbTimeScale);
     labelled(hGrid, 1, Label12, CmbTrigPos);
 
+    buildScales(column);
+    buildButtons(column);
+
+    auto* sideColumn = new QVBoxLayout(this);
+    sideColumn->setContentsMargins(0, 0, 0, 0);
+    sideColumn->addWidget(PictEnable, 1);
+    buildBusyPanel();
+    CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
+    sideColumn->addWidget(CmdCancel);
+}
+
+std::pair<QGroupBox*, QGridLayout*> WavePanel::addFrame(QVBoxLayout* column, const QString& name) {
+    auto* box = named(new QGroupBox(PictEnable), name);
+    column->addWidget(box);
+    auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(6, 4, 6, 4);
+    grid->setVerticalSpacing(3);
+    return std::pair{box, grid};
+}
+
+void WavePanel::buildScales(QVBoxLayout* column) {
     const QStringList zeroList{QStringLiteral("20"), QStringLiteral("50"), QStringLiteral("80")};
-    auto [velocity, vGrid] = frame(QStringLiteral("Frame2"));
+    auto [velocity, vGrid] = addFrame(column, QStringLiteral("Frame2"));
     Frame2 = velocity;
     CmbVelScale = combo(Frame2, QStringLiteral("CmbVelScale"));
     CmbVelScale->addItems(numbers(wave::VelScaleRpm));
@@ -111,7 +125,7 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     labelled(vGrid, 0, Label5, CmbVelScale);
     labelled(vGrid, 1, Label8, CmbVelZero);
 
-    auto [torque, qGrid] = frame(QStringLiteral("Frame4"));
+    auto [torque, qGrid] = addFrame(column, QStringLiteral("Frame4"));
     Frame4 = torque;
     CmbTqScale = combo(Frame4, QStringLiteral("CmbTqScale"));
     CmbTqScale->addItems(numbers(wave::TqScalePercent));
@@ -121,7 +135,9 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     Label10 = named(new QLabel(Frame4), QStringLiteral("Label10"));
     labelled(qGrid, 0, Label9, CmbTqScale);
     labelled(qGrid, 1, Label10, CmbTqZero);
+}
 
+void WavePanel::buildButtons(QVBoxLayout* column) {
     auto* display = new QGridLayout;
     column->addLayout(display);
     CmbWave = combo(PictEnable, QStringLiteral("CmbWave"));
@@ -142,10 +158,9 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     CmdRun->setDefault(true);
     buttons->addWidget(CmdRun, 2, 0, 1, 2);
     column->addStretch(1);
+}
 
-    auto* sideColumn = new QVBoxLayout(this);
-    sideColumn->setContentsMargins(0, 0, 0, 0);
-    sideColumn->addWidget(PictEnable, 1);
+void WavePanel::buildBusyPanel() {
     PictYomitorichu = named(new QFrame(this), QStringLiteral("PictYomitorichu"));
     PictYomitorichu->setFrameShape(QFrame::StyledPanel);
     PictYomitorichu->setAutoFillBackground(true);
@@ -167,8 +182,6 @@ WavePanel::WavePanel(QWidget* parent) : QWidget(parent) {
     LblEng->hide();  // kept for the second language line, empty in this program
     // Laid over the panel, outside its layout: showing it takes no height from the settings.
     PictYomitorichu->installEventFilter(this);
-    CmdCancel = named(new QPushButton(this), QStringLiteral("CmdCancel"));
-    sideColumn->addWidget(CmdCancel);
 }
 
 void WavePanel::resizeEvent(QResizeEvent* event) {

@@ -4,15 +4,18 @@
 #include <QWidget>
 
 #include <array>
+#include <utility>
 
 #include "core/shared/Language.h"
 
 class QComboBox;
 class QFrame;
+class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QPushButton;
 class QToolButton;
+class QVBoxLayout;
 
 namespace velora {
 
@@ -75,6 +78,14 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // A titled frame of the settings column with its grid.
+    std::pair<QGroupBox*, QGridLayout*> addFrame(QVBoxLayout* column, const QString& name);
+    // The velocity and torque frames: scale and zero level each.
+    void buildScales(QVBoxLayout* column);
+    // The display choice, file and image buttons and Start under the settings.
+    void buildButtons(QVBoxLayout* column);
+    // "Reading" panel laid over the settings while a record arrives.
+    void buildBusyPanel();
     void placeBusyPanel();
 };
 
