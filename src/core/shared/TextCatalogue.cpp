@@ -14,8 +14,10 @@ using textcatalogue_data::TextRow;
 
 std::pair<const TextRow*, const TextRow*> rows(Language language) {
     using namespace textcatalogue_data;
-    return language == Language::Japanese ? std::pair{kJapanese, kJapanese + kJapaneseCount}
-                                          : std::pair{kEnglish, kEnglish + kEnglishCount};
+    // Spelled out: a pair deduced from an array of unknown bound is refused by clang.
+    if (language == Language::Japanese)
+        return {&kJapanese[0], &kJapanese[0] + kJapaneseCount};
+    return {&kEnglish[0], &kEnglish[0] + kEnglishCount};
 }
 
 const TextRow* findRow(Language language, Text name) {
